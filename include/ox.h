@@ -1,0 +1,598 @@
+/*
+ * ox.h -- the public C interface of the ox coordinate reference library.
+ *
+ * Every object (unit, prime meridian, spheroid, datum, coordinate systems,
+ * projections, parameters, transformations, ...) is reached through an opaque
+ * `ox_object *` handle.  Each handle carries a type tag; every function checks
+ * it and treats a handle of the wrong type exactly like a null handle.
+ *
+ * Conventions
+ *  - A composite object owns the sub-objects handed to its `_new` function and
+ *    deletes them with itself.  Accessors return borrowed handles.  `_clone` is
+ *    deep.  The caller owns every object it receives.
+ *  - Failure is a null handle, 0, a smaller count, the failure NaN of a point,
+ *    or an empty string in the caller's buffer.  No error text is produced.
+ *  - Name buffers must hold OX_NAME_SIZE characters; object-string buffers must
+ *    hold OX_OBJSTRING_SIZE characters (a writer whose text would not fit
+ *    leaves "" instead of a partial text).
+ *  - Coordinate arrays hold `n` pairs of doubles (x then y, longitude then
+ *    latitude) and are converted in place; functions return the number of
+ *    points converted.
+ *
+ * The header compiles as C11 and as C++.
+ */
+#ifndef OX_H
+#define OX_H
+
+#include <stdint.h>
+
+#if defined(_WIN32) && !defined(OX_STATIC)
+#  ifdef OX_BUILDING
+#    define OX_API __declspec(dllexport)
+#  else
+#    define OX_API __declspec(dllimport)
+#  endif
+#elif defined(__GNUC__)
+#  define OX_API __attribute__((visibility("default")))
+#else
+#  define OX_API
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ------------------------------------------------------------------------ */
+/* Types and sizes                                                          */
+/* ------------------------------------------------------------------------ */
+
+/** Opaque object handle; the first field of every object is its type tag. */
+typedef struct ox_object ox_object;
+
+/** Size of a name buffer: names keep at most 63 characters. */
+#define OX_NAME_SIZE 64
+/** Size of an object-string buffer that every `_to_string*` may fill. */
+#define OX_OBJSTRING_SIZE 8192
+/** Number of parameter slots of a projected, vertical or transformation object. */
+#define OX_PARAMETER_SLOTS 16
+
+/** Type tags (the value stored first in every object). */
+#define OX_TAG_GEOGCS     0x1u
+#define OX_TAG_PROJCS     0x2u
+#define OX_TAG_GEOXYZCS   0x4u
+#define OX_TAG_VERTCS     0x8u
+#define OX_TAG_HVCOORDSYS 0x10u
+#define OX_TAG_DATUM      0x20u
+#define OX_TAG_VDATUM     0x40u
+#define OX_TAG_GEOGTRAN   0x80u
+#define OX_TAG_UNIT       0x300u
+#define OX_TAG_PRIMEM     0x400u
+#define OX_TAG_SPHEROID   0x800u
+#define OX_TAG_HTMETHOD   0x1000u
+#define OX_TAG_METHOD     0x2000u
+#define OX_TAG_PROJECTION 0x4000u
+#define OX_TAG_PARAMETER  0x8000u
+#define OX_TAG_AUTHORITY  0x10000u
+#define OX_TAG_ADJHCS     0x20000u
+#define OX_TAG_ARRAY      0x40000u
+
+/** Provenance status values (`ox_*_status`). */
+#define OX_STATUS_NEW        1  /* built by `_new` */
+#define OX_STATUS_STRING     2  /* read from an object string */
+#define OX_STATUS_CATALOGUE  4  /* built from the catalogue for the code asked */
+#define OX_STATUS_OBJEDIT    8  /* built from an object-edit file line */
+#define OX_STATUS_REPLACED  16  /* built for the replacement of a replaced code */
+#define OX_STATUS_SUPERSEDED 32 /* a superseded definition kept for compatibility */
+
+/**
+ * Projection point routine: radians in and metres out (forward) or metres in
+ * and radians out (inverse), relative to the natural origin (no false easting
+ * or northing).  `spheroid` is {a, e2}; `parameters` the 16 slot values in
+ * radians and metres; `constants_header`/`constants_values` the system's
+ * precomputed constants or null.  Returns the number of points converted;
+ * failed points receive the failure NaN.
+ */
+typedef int32_t (*ox_projection_routine)(const double spheroid[2], const double parameters[16],
+                                         int32_t n, double *points,
+                                         const int32_t *constants_header,
+                                         const double *constants_values);
+
+/**
+ * Horizon routine: writes at most `max_vertices` (longitude, latitude) pairs
+ * in radians of the closed boundary of the region that the projection can
+ * represent, and returns the number of vertices of the full boundary (a null
+ * `vertices` only asks for that number).
+ */
+typedef int32_t (*ox_horizon_routine)(const double spheroid[2], const double parameters[16],
+                                      int32_t max_vertices, double *vertices);
+
+/**
+ * Transformation method point routine (geographic to geographic, radians
+ * about Greenwich).  Both ellipsoids are {a, e2}, always the source system's
+ * first; `values` are the 16 parameter values in metres, radians and plain
+ * ratios; `heights` may be null; `first`/`second`/`third` are the loaded grid
+ * blocks or null.  Returns the number of points converted.
+ */
+typedef int32_t (*ox_method_routine)(const double ellipsoid1[2], const double ellipsoid2[2],
+                                     const double values[16], const char *grid_name,
+                                     int32_t n, double *points, double *heights,
+                                     void *first, void *second, void *third);
+
+/** Horizontal (planar) transformation routine: affine or projective. */
+typedef int32_t (*ox_htmethod_routine)(void *unused, const double *coefficients,
+                                       int32_t n, double *points);
+
+/** Directory provider for `ox_objedithome_setfunc`: returns the directory. */
+typedef const char *(*ox_directory_provider)(void);
+
+/* ------------------------------------------------------------------------ */
+/* Memory and version                                                       */
+/* ------------------------------------------------------------------------ */
+
+/** Allocates `size` bytes from the process heap; a size below 1 gives null. */
+OX_API void *ox_memalloc(int32_t size);
+/** Releases a block from `ox_memalloc` or a list from the library; null is ignored. */
+OX_API void ox_memdealloc(void *ptr);
+/** The constant version text "Tessaline Version 9.3.0 (Jan  1 1970)". */
+OX_API const char *ox_version(void);
+/** Copies the version text into `buffer` (at least 64 characters); null buffer: nothing. */
+OX_API void ox_version_string(char *buffer);
+
+/* ------------------------------------------------------------------------ */
+/* The uniform operation set                                                */
+/*                                                                          */
+/* For every type T below:                                                  */
+/*   void       ox_T_del(ox_object *h)              deletes h and its parts */
+/*   ox_object *ox_T_clone(const ox_object *h)      deep copy, or null      */
+/*   int32_t    ox_T_eq(const ox_object *a, const ox_object *b)  1 if equal */
+/*   int32_t    ox_T_p(const ox_object *h)          1 if h is of type T     */
+/*   void       ox_T_name(const ox_object *h, char *buf)  name, "" if none  */
+/*   int32_t    ox_T_status(const ox_object *h)     provenance, 0 if none   */
+/*   ox_object *ox_T_authority(ox_object *h)        borrowed, built lazily  */
+/*   void       ox_T_authority_set(ox_object *h, ox_object *auth) takes it  */
+/*   void       ox_T_to_string(const ox_object *h, char *buf) object string */
+/*   void       ox_T_to_string_ext(ox_object *h, int32_t opt, char *buf)    */
+/*              opt 0: no AUTHORITY; 1: on the outermost object; 2: on all  */
+/*   ox_object *ox_T_from_string(const char *text)  reads an object string  */
+/* ------------------------------------------------------------------------ */
+
+#define OX_DECLARE_COMMON_OPS(T)                                                   \
+    OX_API void ox_##T##_del(ox_object *h);                                        \
+    OX_API ox_object *ox_##T##_clone(const ox_object *h);                          \
+    OX_API int32_t ox_##T##_eq(const ox_object *a, const ox_object *b);            \
+    OX_API int32_t ox_##T##_p(const ox_object *h);                                 \
+    OX_API void ox_##T##_name(const ox_object *h, char *buffer);                   \
+    OX_API int32_t ox_##T##_status(const ox_object *h);                            \
+    OX_API ox_object *ox_##T##_authority(ox_object *h);                            \
+    OX_API void ox_##T##_authority_set(ox_object *h, ox_object *authority);        \
+    OX_API void ox_##T##_to_string(const ox_object *h, char *buffer);              \
+    OX_API void ox_##T##_to_string_ext(ox_object *h, int32_t option, char *buffer); \
+    OX_API ox_object *ox_##T##_from_string(const char *text);
+
+OX_DECLARE_COMMON_OPS(unit)
+OX_DECLARE_COMMON_OPS(primem)
+OX_DECLARE_COMMON_OPS(spheroid)
+OX_DECLARE_COMMON_OPS(datum)
+OX_DECLARE_COMMON_OPS(geogcs)
+OX_DECLARE_COMMON_OPS(projcs)
+OX_DECLARE_COMMON_OPS(parameter)
+OX_DECLARE_COMMON_OPS(projection)
+OX_DECLARE_COMMON_OPS(method)
+OX_DECLARE_COMMON_OPS(geogtran)
+OX_DECLARE_COMMON_OPS(vdatum)
+OX_DECLARE_COMMON_OPS(vertcs)
+OX_DECLARE_COMMON_OPS(hvcoordsys)
+OX_DECLARE_COMMON_OPS(geoxyzcs)
+OX_DECLARE_COMMON_OPS(htmethod)
+OX_DECLARE_COMMON_OPS(array)
+OX_DECLARE_COMMON_OPS(adjhcs)
+/* Dispatchers over a geogcs or projcs (coordsys) and a datum or vdatum (hvdatum). */
+OX_DECLARE_COMMON_OPS(coordsys)
+OX_DECLARE_COMMON_OPS(hvdatum)
+
+/* ------------------------------------------------------------------------ */
+/* Unit, prime meridian, spheroid, datum                                    */
+/* ------------------------------------------------------------------------ */
+
+/** New unit; `factor` (metres or radians per unit) must be above 0. */
+OX_API ox_object *ox_unit_new(const char *name, double factor);
+/** Size of one unit in metres or radians; 1.0 for a null or wrong handle. */
+OX_API double ox_unit_factor(const ox_object *unit);
+
+/** New prime meridian; |longitude| (degrees) must not exceed 180. */
+OX_API ox_object *ox_primem_new(const char *name, double longitude);
+/** Longitude of the prime meridian in degrees; 0.0 for a null or wrong handle. */
+OX_API double ox_primem_longitude(const ox_object *primem);
+
+/** New spheroid from semi-major axis (> 0) and flattening (0 <= f < 1, not the inverse). */
+OX_API ox_object *ox_spheroid_new(const char *name, double axis, double flattening);
+/** Semi-major axis; 1.0 for a null or wrong handle. */
+OX_API double ox_spheroid_axis(const ox_object *spheroid);
+/** Flattening; 0.0 for a null or wrong handle. */
+OX_API double ox_spheroid_flattening(const ox_object *spheroid);
+
+/** New datum; takes ownership of `spheroid`. */
+OX_API ox_object *ox_datum_new(const char *name, ox_object *spheroid);
+/** The datum's own spheroid (borrowed); null for a null or wrong handle. */
+OX_API ox_object *ox_datum_spheroid(const ox_object *datum);
+
+/* ------------------------------------------------------------------------ */
+/* Geographic coordinate system                                             */
+/* ------------------------------------------------------------------------ */
+
+/** New geographic system; takes ownership of the datum, prime meridian and angular unit. */
+OX_API ox_object *ox_geogcs_new(const char *name, ox_object *datum, ox_object *primem, ox_object *unit);
+/** Borrowed datum of a geographic system. */
+OX_API ox_object *ox_geogcs_datum(const ox_object *geogcs);
+/** Borrowed prime meridian of a geographic system. */
+OX_API ox_object *ox_geogcs_primem(const ox_object *geogcs);
+/** Borrowed angular unit of a geographic system. */
+OX_API ox_object *ox_geogcs_unit(const ox_object *geogcs);
+
+/* ------------------------------------------------------------------------ */
+/* Parameters, projections, projected coordinate systems                    */
+/* ------------------------------------------------------------------------ */
+
+/** New parameter; its code is looked up in the parameter list by name. */
+OX_API ox_object *ox_parameter_new(const char *name, double value);
+/** Value of a parameter; 0.0 for a null or wrong handle. */
+OX_API double ox_parameter_value(const ox_object *parameter);
+/** Sets the value; 1 on success, 0 for a null or wrong handle. */
+OX_API int32_t ox_parameter_value_set(ox_object *parameter, double value);
+/** Renames a parameter (its code is kept); 1 on success, else 0. */
+OX_API int32_t ox_parameter_name_set(ox_object *parameter, const char *name);
+/** Slot (0-15) of a parameter; -1 unknown, -2 null or wrong handle. */
+OX_API int32_t ox_parameter_index(const ox_object *parameter);
+/** Fills `parameters[16]` with the default parameters of a projection; returns how many. */
+OX_API int32_t ox_parameter_projection_defaults(ox_object *projection, ox_object *parameters[16]);
+/** Fills `parameters[16]` with the default parameters of a transformation method. */
+OX_API int32_t ox_parameter_method_defaults(const ox_object *method, ox_object *parameters[16]);
+
+/** New projection; routines absent are taken from the registry entry of that name. */
+OX_API ox_object *ox_projection_new(const char *name, ox_projection_routine forward,
+                                    ox_projection_routine inverse, ox_horizon_routine horizon);
+/** Forward routine of a projection (an identity routine for a null or wrong handle). */
+OX_API ox_projection_routine ox_projection_forward(const ox_object *projection);
+/** Inverse routine of a projection (an identity routine for a null or wrong handle). */
+OX_API ox_projection_routine ox_projection_inverse(const ox_object *projection);
+/** Geographic horizon routine (the world horizon for a null or wrong handle). */
+OX_API ox_horizon_routine ox_projection_horizon(const ox_object *projection);
+/** Projected horizon routine, or null. */
+OX_API ox_horizon_routine ox_projection_horizon_pcs(const ox_object *projection);
+/** Raster variant of the geographic horizon, or null. */
+OX_API ox_horizon_routine ox_projection_horizon_gcs_raster(const ox_object *projection);
+/** Raster variant of the projected horizon, or null. */
+OX_API ox_horizon_routine ox_projection_horizon_pcs_raster(const ox_object *projection);
+
+/** New projected system; takes ownership of every part and of the 16 handles of `parameters`. */
+OX_API ox_object *ox_projcs_new(const char *name, ox_object *geogcs, ox_object *projection,
+                                ox_object *parameters[16], ox_object *unit);
+/** Borrowed geographic system of a projected system. */
+OX_API ox_object *ox_projcs_geogcs(const ox_object *projcs);
+/** Borrowed projection of a projected system. */
+OX_API ox_object *ox_projcs_projection(const ox_object *projcs);
+/** Borrowed linear unit of a projected system. */
+OX_API ox_object *ox_projcs_unit(const ox_object *projcs);
+/** Copies the 16 borrowed parameter handles into `parameters` (nothing for a null or wrong handle). */
+OX_API void ox_projcs_parameters(const ox_object *projcs, ox_object *parameters[16]);
+/** Like `ox_projcs_eq` without comparing the two systems' own names. */
+OX_API int32_t ox_projcs_eqnn(const ox_object *a, const ox_object *b);
+/** Clone with another linear and/or angular unit, parameters converted. */
+OX_API ox_object *ox_projcs_clone_alterunits(const ox_object *projcs, const ox_object *linear_unit,
+                                             const ox_object *angular_unit);
+/** 1 when the system holds projection constants. */
+OX_API int32_t ox_projcs_isconstloaded(const ox_object *projcs);
+/** Computes and keeps the projection constants; the constants routine's count, or 0. */
+OX_API int32_t ox_projcs_load_constants(ox_object *projcs);
+/** Deletes the projection constants, if any. */
+OX_API void ox_projcs_unload_constants(ox_object *projcs);
+
+/* ------------------------------------------------------------------------ */
+/* Projection driver                                                        */
+/* ------------------------------------------------------------------------ */
+
+/** Projects `n` (longitude, latitude) pairs in place; returns the count converted. */
+OX_API int32_t ox_geog_to_proj(ox_object *projcs, int32_t n, double *coords);
+/** Unprojects `n` (x, y) pairs in place; returns the count converted. */
+OX_API int32_t ox_proj_to_geog(ox_object *projcs, int32_t n, double *coords);
+/** Unprojects with longitudes returned within 180 degrees of `center`. */
+OX_API int32_t ox_proj_to_geog_center(ox_object *projcs, int32_t n, double *coords, double center);
+
+/* ------------------------------------------------------------------------ */
+/* Ellipsoid mathematics (radians; a in any length unit; e2 = e squared)     */
+/* ------------------------------------------------------------------------ */
+
+/** Longitude reduced to [-pi, pi]. */
+OX_API double ox_delta(double lambda);
+/** Longitude reduced to [center - pi, center + pi]. */
+OX_API double ox_delta_center(double lambda, double center);
+/** 1 when x and y are equal within the library-wide tolerance 2^-48. */
+OX_API int32_t ox_eq(double x, double y);
+/** sqrt(1 - e2 sin^2 phi). */
+OX_API double ox_w(double e2, double phi);
+/** Meridian radius of curvature. */
+OX_API double ox_m(double a, double e2, double phi);
+/** Prime-vertical radius of curvature. */
+OX_API double ox_n(double a, double e2, double phi);
+/** Meridian arc length from the equator to phi. */
+OX_API double ox_q(double a, double e2, double phi);
+/** Quarter meridian (equator to pole). */
+OX_API double ox_q90(double a, double e2);
+/** Rectifying radius. */
+OX_API double ox_rect_r(double a, double e2);
+/** Authalic radius. */
+OX_API double ox_auth_r(double a, double e2);
+/** Geocentric latitude of a geodetic latitude. */
+OX_API double ox_phi_to_phig(double e2, double phi);
+/** Geodetic latitude of a geocentric latitude. */
+OX_API double ox_phig_to_phi(double e2, double psi);
+/** Geodetic (phi, lambda, h) to earth-centred Cartesian (x, y, z). */
+OX_API void ox_curv_to_cart(double a, double e2, double phi, double lambda, double h,
+                            double *x, double *y, double *z);
+/** Earth-centred Cartesian (x, y, z) to geodetic (phi, lambda, h). */
+OX_API void ox_cart_to_curv(double a, double e2, double x, double y, double z,
+                            double *phi, double *lambda, double *h);
+/** Conformal latitude of a geodetic latitude. */
+OX_API double ox_phi_to_chi(double e2, double phi);
+/** Geodetic latitude of a conformal latitude. */
+OX_API double ox_chi_to_phi(double e2, double chi);
+/** Authalic latitude of a geodetic latitude. */
+OX_API double ox_phi_to_beta(double e2, double phi);
+/** Geodetic latitude of an authalic latitude. */
+OX_API double ox_beta_to_phi(double e2, double beta);
+/** Rectifying latitude of a geodetic latitude. */
+OX_API double ox_phi_to_mu(double e2, double phi);
+/** Geodetic latitude of a rectifying latitude. */
+OX_API double ox_mu_to_phi(double e2, double mu);
+/** Reduced (parametric) latitude eta of a geodetic latitude: tan eta = sqrt(1 - e2) tan phi. */
+OX_API double ox_phi_to_eta(double e2, double phi);
+/** Geodetic latitude of a reduced (parametric) latitude. */
+OX_API double ox_eta_to_phi(double e2, double eta);
+
+/* ------------------------------------------------------------------------ */
+/* Transformation methods and geographic transformations                    */
+/* ------------------------------------------------------------------------ */
+
+/** New method; routines absent are taken from the registry entry of that name (exact match). */
+OX_API ox_object *ox_method_new(const char *name, ox_method_routine forward, ox_method_routine inverse);
+/** Forward routine of a method (a do-nothing routine for a null or wrong handle). */
+OX_API ox_method_routine ox_method_forward(const ox_object *method);
+/** Inverse routine of a method (a do-nothing routine for a null or wrong handle). */
+OX_API ox_method_routine ox_method_inverse(const ox_object *method);
+
+/** New transformation; takes ownership of both systems, the method and the 16 parameter handles. */
+OX_API ox_object *ox_geogtran_new(const char *name, ox_object *geogcs1, ox_object *geogcs2,
+                                  ox_object *method, ox_object *parameters[16]);
+/** Borrowed source geographic system. */
+OX_API ox_object *ox_geogtran_geogcs1(const ox_object *geogtran);
+/** Borrowed target geographic system. */
+OX_API ox_object *ox_geogtran_geogcs2(const ox_object *geogtran);
+/** Borrowed method. */
+OX_API ox_object *ox_geogtran_method(const ox_object *geogtran);
+/** Copies the 16 borrowed parameter handles into `parameters`. */
+OX_API void ox_geogtran_parameters(const ox_object *geogtran, ox_object *parameters[16]);
+/** 1 when the transformation holds loaded grid constants. */
+OX_API int32_t ox_geogtran_isconstloaded(const ox_object *geogtran);
+/** Loads the grid constants of a grid method; 1 on success, else 0. */
+OX_API int32_t ox_geogtran_load_constants(ox_object *geogtran);
+/** Deletes the loaded constants, if any. */
+OX_API void ox_geogtran_unload_constants(ox_object *geogtran);
+
+/* ------------------------------------------------------------------------ */
+/* Authority                                                                */
+/* ------------------------------------------------------------------------ */
+
+/** New authority; `authcode` must be 1 or more; the version keeps 15 characters. */
+OX_API ox_object *ox_authority_new(const char *name, int32_t authcode, const char *version);
+OX_API void ox_authority_del(ox_object *h);
+OX_API ox_object *ox_authority_clone(const ox_object *h);
+/** 1 when names (name comparison) and codes are equal; the version is not compared. */
+OX_API int32_t ox_authority_eq(const ox_object *a, const ox_object *b);
+OX_API int32_t ox_authority_p(const ox_object *h);
+OX_API void ox_authority_name(const ox_object *h, char *buffer);
+OX_API int32_t ox_authority_status(const ox_object *h);
+/** The code within the authority; 0 for a null or wrong handle. */
+OX_API int32_t ox_authority_authcode(const ox_object *h);
+/** Copies the version text (at most 15 characters) into `buffer`. */
+OX_API void ox_authority_version(const ox_object *h, char *buffer);
+/** Writes AUTHORITY["name",code]; the version is never written. */
+OX_API void ox_authority_to_string(const ox_object *h, char *buffer);
+/** Same as `ox_authority_to_string`; the option is ignored. */
+OX_API void ox_authority_to_string_ext(ox_object *h, int32_t option, char *buffer);
+OX_API ox_object *ox_authority_from_string(const char *text);
+
+/* ------------------------------------------------------------------------ */
+/* Vertical, geocentric, horizontal-transformation and adjusted systems     */
+/* ------------------------------------------------------------------------ */
+
+/** New vertical datum. */
+OX_API ox_object *ox_vdatum_new(const char *name);
+
+/** New vertical system on a datum or vertical datum; takes ownership of every part. */
+OX_API ox_object *ox_vertcs_new(const char *name, ox_object *hvdatum, ox_object *parameters[16],
+                                ox_object *unit);
+/** Borrowed datum (a datum or a vertical datum). */
+OX_API ox_object *ox_vertcs_hvdatum(const ox_object *vertcs);
+/** Borrowed linear unit. */
+OX_API ox_object *ox_vertcs_unit(const ox_object *vertcs);
+/** Zeroes `parameters[16]`, then copies the borrowed parameter handles. */
+OX_API void ox_vertcs_parameters(const ox_object *vertcs, ox_object *parameters[16]);
+/** Clone with another linear unit; the vertical shift is converted. */
+OX_API ox_object *ox_vertcs_clone_alterunits(const ox_object *vertcs, const ox_object *unit);
+
+/** New horizontal-plus-vertical pair; either part may be null, not both. */
+OX_API ox_object *ox_hvcoordsys_new(ox_object *coordsys, ox_object *vertcs);
+/** Borrowed horizontal system (geogcs or projcs), or null. */
+OX_API ox_object *ox_hvcoordsys_coordsys(const ox_object *hvcoordsys);
+/** Borrowed vertical system, or null. */
+OX_API ox_object *ox_hvcoordsys_vertcs(const ox_object *hvcoordsys);
+
+/** New geocentric system. */
+OX_API ox_object *ox_geoxyzcs_new(const char *name, ox_object *geogcs, ox_object *unit);
+/** Borrowed geographic system of a geocentric system. */
+OX_API ox_object *ox_geoxyzcs_geogcs(const ox_object *geoxyzcs);
+/** Borrowed linear unit of a geocentric system. */
+OX_API ox_object *ox_geoxyzcs_unit(const ox_object *geoxyzcs);
+
+/** New horizontal-transformation method; absent routines come from the registry (exact name). */
+OX_API ox_object *ox_htmethod_new(const char *name, ox_htmethod_routine forward,
+                                  ox_htmethod_routine inverse);
+/** Forward routine (a do-nothing routine for a null or wrong handle). */
+OX_API ox_htmethod_routine ox_htmethod_forward(const ox_object *htmethod);
+/** Inverse routine (a do-nothing routine for a null or wrong handle). */
+OX_API ox_htmethod_routine ox_htmethod_inverse(const ox_object *htmethod);
+
+/** New named array; the `count` values are copied (count 0 allowed). */
+OX_API ox_object *ox_array_new(const char *name, int32_t count, const double *values);
+/** Number of values; 0 for a null or wrong handle. */
+OX_API int32_t ox_array_num_values(const ox_object *array);
+/** Borrowed block of values, or null. */
+OX_API const double *ox_array_values_pointer(const ox_object *array);
+/** Copies the values into `out` (room for `ox_array_num_values` values). */
+OX_API void ox_array_values_copy(const ox_object *array, double *out);
+/** Overwrites the first `count` values (not checked against the array's count); 1 or 0. */
+OX_API int32_t ox_array_values_set(ox_object *array, int32_t count, const double *values);
+/** Renames the array; 1 on success, else 0. */
+OX_API int32_t ox_array_name_set(ox_object *array, const char *name);
+/** Default (identity) coefficients "Coefficients" of an affine or projective method, or null. */
+OX_API ox_object *ox_array_htmethod_default(const ox_object *htmethod);
+
+/** New adjusted system: `coordsys` adjusted by `htmethod` with coefficients `array`, in `unit`. */
+OX_API ox_object *ox_adjhcs_new(const char *name, ox_object *coordsys, ox_object *htmethod,
+                                ox_object *array, ox_object *unit);
+/** Borrowed base coordinate system (geogcs or projcs). */
+OX_API ox_object *ox_adjhcs_coordsys(const ox_object *adjhcs);
+/** Borrowed method. */
+OX_API ox_object *ox_adjhcs_htmethod(const ox_object *adjhcs);
+/** Borrowed coefficient array. */
+OX_API ox_object *ox_adjhcs_array(const ox_object *adjhcs);
+/** Borrowed unit of the adjusted coordinates. */
+OX_API ox_object *ox_adjhcs_unit(const ox_object *adjhcs);
+/**
+ * Converts `n` points in place from the adjusted system to its base
+ * coordinate system: the coordinates are scaled from the adjusted unit to the
+ * base system's unit, then the method's inverse is applied with the array's
+ * coefficients.  Returns the count converted (0 when the coefficients cannot
+ * be inverted, are too few for the method, or the handle is wrong).
+ */
+OX_API int32_t ox_adjhcs_to_coordsys(const ox_object *adjhcs, int32_t n, double *points);
+/**
+ * Converts `n` points in place from the base coordinate system to the
+ * adjusted system: the method's forward with the array's coefficients, then
+ * scaling from the base unit to the adjusted unit.  Returns the count.
+ */
+OX_API int32_t ox_coordsys_to_adjhcs(const ox_object *adjhcs, int32_t n, double *points);
+
+/* ------------------------------------------------------------------------ */
+/* Catalogue: definition strings, code ranges, factory, predefined lists    */
+/* ------------------------------------------------------------------------ */
+
+/** One band of codes issued by one authority (inclusive bounds). */
+typedef struct ox_coderange {
+    int32_t low;
+    int32_t high;
+    const char *authority; /* "EPSG", "MAVO" or "CUSTOM" */
+    const char *version;   /* "6.13", "9.3.0" or "" */
+} ox_coderange;
+
+/** A constant set of code bands for one kind of object. */
+typedef struct ox_coderange_set {
+    int32_t count;
+    const ox_coderange *ranges;
+} ox_coderange_set;
+
+/** One entry of a predefined list: the code asked and the built object's name. */
+typedef struct ox_predefined_entry {
+    int32_t code;
+    char name[OX_NAME_SIZE];
+} ox_predefined_entry;
+
+/** Code of a definition string ("OX_GCS_WGS_1984") or of leading digits; 0 when unknown. */
+OX_API int32_t ox_factory_defstring_to_int(const char *text);
+/** Canonical definition string of a code (a constant; never freed), or null. */
+OX_API const char *ox_factory_int_to_defstring(int32_t code);
+
+OX_API const ox_coderange_set *ox_factory_coderanges_angular_unit(void);
+OX_API const ox_coderange_set *ox_factory_coderanges_linear_unit(void);
+OX_API const ox_coderange_set *ox_factory_coderanges_unit(void);
+OX_API const ox_coderange_set *ox_factory_coderanges_spheroid(void);
+OX_API const ox_coderange_set *ox_factory_coderanges_datum(void);
+OX_API const ox_coderange_set *ox_factory_coderanges_primem(void);
+OX_API const ox_coderange_set *ox_factory_coderanges_geogcs(void);
+OX_API const ox_coderange_set *ox_factory_coderanges_htmethod(void);
+OX_API const ox_coderange_set *ox_factory_coderanges_method(void);
+OX_API const ox_coderange_set *ox_factory_coderanges_geogtran(void);
+OX_API const ox_coderange_set *ox_factory_coderanges_projection(void);
+OX_API const ox_coderange_set *ox_factory_coderanges_parameter(void);
+OX_API const ox_coderange_set *ox_factory_coderanges_projcs(void);
+OX_API const ox_coderange_set *ox_factory_coderanges_vdatum(void);
+OX_API const ox_coderange_set *ox_factory_coderanges_vertcs(void);
+/** 1 when a band of `set` contains `code` (bounds inclusive), else 0. */
+OX_API int32_t ox_factory_coderanges_check(const ox_coderange_set *set, int32_t code);
+
+/* Sorted distinct codes of a kind's definition strings, 0-terminated; free with
+ * ox_factory_codelist_del.  `count` (may be null) receives the number of codes. */
+OX_API int32_t *ox_factory_geogcs_codelist(int32_t *count);
+OX_API int32_t *ox_factory_projcs_codelist(int32_t *count);
+OX_API int32_t *ox_factory_vertcs_codelist(int32_t *count);
+OX_API int32_t *ox_factory_datum_codelist(int32_t *count);
+OX_API int32_t *ox_factory_vdatum_codelist(int32_t *count);
+OX_API int32_t *ox_factory_geogtran_codelist(int32_t *count);
+OX_API int32_t *ox_factory_angular_unit_codelist(int32_t *count);
+OX_API int32_t *ox_factory_linear_unit_codelist(int32_t *count);
+OX_API int32_t *ox_factory_primem_codelist(int32_t *count);
+OX_API int32_t *ox_factory_spheroid_codelist(int32_t *count);
+OX_API int32_t *ox_factory_method_codelist(int32_t *count);
+OX_API int32_t *ox_factory_htmethod_codelist(int32_t *count);
+OX_API int32_t *ox_factory_projection_codelist(int32_t *count);
+OX_API int32_t *ox_factory_parameter_codelist(int32_t *count);
+/** Frees a code list. */
+OX_API void ox_factory_codelist_del(int32_t *list);
+
+/** Builds the object of whatever kind the code's range names, or null. */
+OX_API ox_object *ox_factory(int32_t code);
+OX_API ox_object *ox_factory_unit(int32_t code);
+OX_API ox_object *ox_factory_spheroid(int32_t code);
+OX_API ox_object *ox_factory_primem(int32_t code);
+OX_API ox_object *ox_factory_datum(int32_t code);
+OX_API ox_object *ox_factory_geogcs(int32_t code);
+OX_API ox_object *ox_factory_projcs(int32_t code);
+OX_API ox_object *ox_factory_vdatum(int32_t code);
+OX_API ox_object *ox_factory_vertcs(int32_t code);
+OX_API ox_object *ox_factory_geogtran(int32_t code);
+OX_API ox_object *ox_factory_projection(int32_t code);
+OX_API ox_object *ox_factory_parameter(int32_t code);
+OX_API ox_object *ox_factory_method(int32_t code);
+OX_API ox_object *ox_factory_htmethod(int32_t code);
+/** Catalogue code of an object (looked up once, then stamped on it); 0 when none. */
+OX_API int32_t ox_factory_code(ox_object *object);
+
+/** Sets (null or "" clears) the object-edit directory. */
+OX_API void ox_objedithome_setdir(const char *directory);
+/** Sets the object-edit directory from a provider; null clears it for good. */
+OX_API void ox_objedithome_setfunc(ox_directory_provider provider);
+
+/* Lists of every current catalogue object of a kind, sorted by name; free
+ * with ox_table_del.  `count` must not be null. */
+OX_API ox_predefined_entry *ox_predefined_projcs(int32_t *count);
+OX_API ox_predefined_entry *ox_predefined_geogcs(int32_t *count);
+OX_API ox_predefined_entry *ox_predefined_vertcs(int32_t *count);
+OX_API ox_predefined_entry *ox_predefined_geogtran(int32_t *count);
+OX_API ox_predefined_entry *ox_predefined_datum(int32_t *count);
+OX_API ox_predefined_entry *ox_predefined_vdatum(int32_t *count);
+OX_API ox_predefined_entry *ox_predefined_spheroid(int32_t *count);
+OX_API ox_predefined_entry *ox_predefined_primem(int32_t *count);
+OX_API ox_predefined_entry *ox_predefined_projection(int32_t *count);
+OX_API ox_predefined_entry *ox_predefined_parameter(int32_t *count);
+OX_API ox_predefined_entry *ox_predefined_method(int32_t *count);
+OX_API ox_predefined_entry *ox_predefined_htmethod(int32_t *count);
+OX_API ox_predefined_entry *ox_predefined_angular_unit(int32_t *count);
+OX_API ox_predefined_entry *ox_predefined_linear_unit(int32_t *count);
+/** Frees a predefined list; null is ignored. */
+OX_API void ox_table_del(ox_predefined_entry *table);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* OX_H */

@@ -1,0 +1,72 @@
+// Object strings: the tokenizer shared by every reader, the number writer and
+// reader, and the bounded text buffer used by every writer.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "ox.h"
+
+namespace ox {
+
+inline constexpr int kMaxObjstringText = 1023;  // normalised characters
+inline constexpr int kMaxTokens = 256;
+
+// Tokenizer results.
+enum TokenizeResult : int {
+    kTokOk = 0,
+    kTokTooManyTokens = -1,
+    kTokNoWorkArea = -2,
+    kTokNoText = -3,
+    kTokTooLong = -4,
+    kTokBadCharacter = -5,
+    kTokUnbalanced = -6,
+};
+
+// Work area of one read, on the stack of the entry operation.
+struct Tokens {
+    char text[kMaxObjstringText + 1];
+    const char *token[kMaxTokens];
+    int32_t depth[kMaxTokens];
+    int32_t count;
+};
+
+// Normalises `text` (starting at `keyword` when found) and splits it into
+// tokens with their depths.  Returns 0 or a negative TokenizeResult.
+int tokenize_object_string(Tokens *work, const char *text, const char *keyword);
+
+// Writes `value` with `digits` significant digits (always 16 in object
+// strings) and the "00"/"99" rule; '.' is always the decimal point.  `out`
+// must hold 32 characters.  Returns the length.
+int format_double(double value, char *out, int digits = 16);
+
+// Reads a number token the way the object strings define it: leading number,
+// trailing junk ignored, a non-number reads as 0.0.  False for a result that
+// is not finite (NaN, infinities, overflow), which no reader accepts.
+bool read_number(const char *token, double *value);
+
+// The locale's decimal-point character, consulted once and cached.
+char locale_decimal_point();
+
+// A bounded text buffer: appends never write past `cap`; once something did
+// not fit, `ok` is false and the writer leaves "" instead.
+struct TextOut {
+    char *buf;
+    size_t cap;
+    size_t len = 0;
+    bool ok = true;
+
+    TextOut(char *b, size_t c) : buf(b), cap(c) {
+        if (cap > 0) buf[0] = '\0';
+    }
+    void put(const char *s, size_t n);
+    void put(const char *s);
+    void put_char(char c) { put(&c, 1); }
+    void put_quoted(const char *s);  // "s"
+    void put_number(double v);       // format_double, 16 digits
+    void put_int(int64_t v);
+    // Terminates the text, or leaves "" when something did not fit.
+    void finish();
+};
+
+}  // namespace ox

@@ -1,0 +1,22 @@
+// The subcommands of the `ox` tool.  Each returns the process exit status.
+#pragma once
+
+#include <cstdio>
+
+namespace oxtool {
+
+struct Command {
+    const char *name;
+    const char *synopsis;  // one line for the overview
+    const char *help;      // full help text of the subcommand
+    int (*run)(int argc, char **argv);  // argv[0] is the subcommand's name
+};
+
+// Reads a whole file ("-" for standard input) into a string; false on failure.
+bool read_text(const char *path, char *buffer, size_t size);
+
+int cmd_version(int argc, char **argv);
+int cmd_parse(int argc, char **argv);
+int cmd_defaults(int argc, char **argv);
+
+}  // namespace oxtool

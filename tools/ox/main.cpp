@@ -1,0 +1,62 @@
+// ox: the command-line face of the library.
+#include <cstdio>
+#include <cstring>
+
+#include "commands.h"
+
+namespace oxtool {
+namespace {
+
+const Command kCommands[] = {
+    {"version", "print the library version",
+     "usage: ox version\n\nPrints the library's version text.\n", cmd_version},
+    {"parse", "read an object string and print it back normalised",
+     "usage: ox parse [--authority 0|1|2] [FILE|-]\n\n"
+     "Reads an object string (GEOGCS, PROJCS, GEOGTRAN, VERTCS, ...) from FILE or\n"
+     "standard input and prints it as the library writes it. --authority chooses\n"
+     "where AUTHORITY clauses are written: 0 none (default), 1 outermost object,\n"
+     "2 every object. Exit status 1 when the text cannot be read.\n",
+     cmd_parse},
+    {"defaults", "list the parameters of a projection with their defaults",
+     "usage: ox defaults PROJECTION\n\n"
+     "PROJECTION is a registry name (\"Transverse_Mercator\", aliases accepted) or\n"
+     "code (43006). Prints one PARAMETER[...] per line in slot order.\n",
+     cmd_defaults},
+};
+
+void overview(FILE *out) {
+    std::fputs("usage: ox COMMAND [ARGS]\n\nCommands:\n", out);
+    for (const Command &c : kCommands) std::fprintf(out, "  %-10s %s\n", c.name, c.synopsis);
+    std::fputs("\nRun 'ox COMMAND --help' for the options of a command.\n", out);
+}
+
+}  // namespace
+}  // namespace oxtool
+
+int main(int argc, char **argv) {
+    using namespace oxtool;
+    if (argc < 2 || std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0 ||
+        std::strcmp(argv[1], "help") == 0) {
+        if (argc >= 3 && std::strcmp(argv[1], "help") == 0) {
+            for (const Command &c : kCommands)
+                if (std::strcmp(c.name, argv[2]) == 0) {
+                    std::fputs(c.help, stdout);
+                    return 0;
+                }
+        }
+        overview(argc < 2 ? stderr : stdout);
+        return argc < 2 ? 2 : 0;
+    }
+    for (const Command &c : kCommands)
+        if (std::strcmp(c.name, argv[1]) == 0) {
+            for (int i = 2; i < argc; ++i)
+                if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
+                    std::fputs(c.help, stdout);
+                    return 0;
+                }
+            return c.run(argc - 1, argv + 1);
+        }
+    std::fprintf(stderr, "ox: unknown command '%s'\n\n", argv[1]);
+    overview(stderr);
+    return 2;
+}
