@@ -27,4 +27,10 @@ OX_PROJECTION_ROUTINE(proj_unavailable);
 // The world horizon: the whole globe about the central meridian (slot 2).
 OX_HORIZON_ROUTINE(horizon_world);
 
+// "Transverse_Mercator_Complex" (ox_tm_complex.cpp): Krueger's series in the
+// third flattening, evaluated in complex arithmetic.
+OX_PROJECTION_ROUTINE(tm_complex_forward);
+OX_PROJECTION_ROUTINE(tm_complex_inverse);
+OX_CONSTANTS_ROUTINE(tm_complex_constants);
+
 }  // namespace ox
