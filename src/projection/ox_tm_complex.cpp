@@ -184,6 +184,41 @@ inline void complex_sine_series(const double *c, double sin2xi, double cos2xi, d
     im = sr * b1i + si * b1r;
 }
 
+// The corrections that the series add to an angle (conformal minus geodetic
+// latitude, zeta' - zeta) are small (below 0.02 on the Earth within the
+// domain): up to this size the sine and cosine of the sum come from those of
+// the angle and the Taylor series of the correction to x^8, whose first
+// omitted term is below 2e-21.
+constexpr double kSmallAngle = 0.02;
+
+// sin x and cos x (sinh x and cosh x when hyperbolic) for |x| <= kSmallAngle.
+inline void small_sincos(double x, double &s, double &c) {
+    const double x2 = x * x;
+    s = x * (1.0 - x2 * (1.0 / 6.0 - x2 * (1.0 / 120.0 - x2 * (1.0 / 5040.0))));
+    c = 1.0 - x2 * (0.5 - x2 * (1.0 / 24.0 - x2 * (1.0 / 720.0 - x2 * (1.0 / 40320.0))));
+}
+inline void small_sinhcosh(double x, double &s, double &c) {
+    const double x2 = x * x;
+    s = x * (1.0 + x2 * (1.0 / 6.0 + x2 * (1.0 / 120.0 + x2 * (1.0 / 5040.0))));
+    c = 1.0 + x2 * (0.5 + x2 * (1.0 / 24.0 + x2 * (1.0 / 720.0 + x2 * (1.0 / 40320.0))));
+}
+inline void correction_sincos(double x, double &s, double &c) {
+    if (std::fabs(x) <= kSmallAngle) {
+        small_sincos(x, s, c);
+    } else {
+        s = std::sin(x);
+        c = std::cos(x);
+    }
+}
+inline void correction_sinhcosh(double x, double &s, double &c) {
+    if (std::fabs(x) <= kSmallAngle) {
+        small_sinhcosh(x, s, c);
+    } else {
+        s = std::sinh(x);
+        c = std::cosh(x);
+    }
+}
+
 // Fills the constants block from the spheroid {a, e2}, the scale factor and
 // the latitude of origin; false when they describe no projection.
 bool compute_values(const double spheroid[2], const double parameters[16], double v[kValueCount]) {
@@ -268,27 +303,32 @@ OX_PROJECTION_ROUTINE(tm_complex_forward) {
             continue;
         }
         if (std::fabs(phi) > kHalfPi) phi = std::copysign(kHalfPi, phi);
-        const double lam = ox_delta(p[0] - lam0);
+        double lam = p[0] - lam0;
+        if (!(std::fabs(lam) <= kPi)) lam = ox_delta(lam);  // (ox_delta is the identity within [-pi, pi])
         const double sphi = std::sin(phi), cphi = std::cos(phi);
         const double slam = std::sin(lam), clam = std::cos(lam);
         // Conformal latitude chi = phi + delta.
         const double delta = sine_series(chi, sphi, cphi);
-        const double sdelta = std::sin(delta), cdelta = std::cos(delta);
+        double sdelta, cdelta;
+        correction_sincos(delta, sdelta, cdelta);
         const double schi = sphi * cdelta + cphi * sdelta;
         const double cchi = cphi * cdelta - sphi * sdelta;
         // Transverse Mercator of the conformal sphere: with u = cos chi sin L,
         // w = cos chi cos L and D^2 = sin^2 chi + w^2 = 1 - u^2,
-        //   sin xi' = sin chi / D, cos xi' = w / D, sinh eta' = u / D, cosh eta' = 1 / D.
+        //   sin xi' = sin chi / D, cos xi' = w / D, sinh eta' = u / D, cosh eta' = 1 / D,
+        // and exp(2|eta'|) = (1 + |u|) / (1 - |u|) = 1 + 2|u| (1 + |u|) / D^2.
         const double u = cchi * slam, w = cchi * clam;
-        const double d2 = schi * schi + w * w;
-        const double etap = std::asinh(u / std::sqrt(d2));
+        const double inv_d2 = 1.0 / (schi * schi + w * w);
+        const double au = std::fabs(u);
+        const double etap = std::copysign(0.5 * std::log1p(2.0 * au * (1.0 + au) * inv_d2), u);
         if (!(std::fabs(etap) <= eta_limit)) {
             p[0] = p[1] = nan;
             continue;
         }
-        const double xip = std::atan2(schi, w);
-        const double sin2xi = 2.0 * schi * w / d2, cos2xi = (w - schi) * (w + schi) / d2;
-        const double sinh2eta = 2.0 * u / d2, cosh2eta = (1.0 + u * u) / d2;
+        // (atan is cheaper than atan2 and as accurate in the half plane w > 0)
+        const double xip = w > 0.0 ? std::atan(schi / w) : std::atan2(schi, w);
+        const double sin2xi = 2.0 * schi * w * inv_d2, cos2xi = (w - schi) * (w + schi) * inv_d2;
+        const double sinh2eta = 2.0 * u * inv_d2, cosh2eta = (1.0 + u * u) * inv_d2;
         double re, im;
         complex_sine_series(alpha, sin2xi, cos2xi, sinh2eta, cosh2eta, re, im);
         const double x = ka * (etap + im);
@@ -329,25 +369,35 @@ OX_PROJECTION_ROUTINE(tm_complex_inverse) {
         }
         if (std::fabs(eta) > kEtaSaturation) eta = std::copysign(kEtaSaturation, eta);
         const double sxi = std::sin(xi), cxi = std::cos(xi);
-        const double sheta = std::sinh(eta), cheta = std::sqrt(1.0 + sheta * sheta);
+        // sinh and cosh from one exponential: with m = exp(eta) - 1,
+        // sinh eta = m (m + 2) / (2 (m + 1)).
+        const double m = std::expm1(std::fabs(eta));
+        const double sheta = std::copysign(0.5 * m * (m + 2.0) / (m + 1.0), eta);
+        const double cheta = std::sqrt(1.0 + sheta * sheta);
         double re, im;
         complex_sine_series(beta, 2.0 * sxi * cxi, (cxi - sxi) * (cxi + sxi), 2.0 * sheta * cheta,
                             cheta * cheta + sheta * sheta, re, im);
-        const double xip = xi - re, etap = eta - im;
+        const double etap = eta - im;
         if (!(std::fabs(etap) <= eta_limit)) {
             p[0] = p[1] = nan;
             continue;
         }
-        const double sxip = std::sin(xip), cxip = std::cos(xip), shetap = std::sinh(etap);
+        // zeta' = zeta - (re + i im): functions of xi' and eta' by the addition theorems.
+        double sre, cre, sim, cim;
+        correction_sincos(re, sre, cre);
+        correction_sinhcosh(im, sim, cim);
+        const double sxip = sxi * cre - cxi * sre, cxip = cxi * cre + sxi * sre;
+        const double shetap = sheta * cim - cheta * sim, chetap = cheta * cim - sheta * sim;
         // Back from the conformal sphere: the longitude difference and chi,
         // with q = hypot(sinh eta', cos xi') and hypot(sin xi', q) = cosh eta'.
-        const double q = std::hypot(shetap, cxip);
-        const double lam = std::atan2(shetap, cxip);
-        const double r = std::hypot(sxip, q);
-        const double schi = sxip / r, cchi = q / r;
-        const double chi = std::atan2(sxip, q);
+        const double q = std::sqrt(shetap * shetap + cxip * cxip);
+        const double lam = cxip > 0.0 ? std::atan(shetap / cxip) : std::atan2(shetap, cxip);
+        const double inv_chetap = 1.0 / chetap;
+        const double schi = sxip * inv_chetap, cchi = q * inv_chetap;
+        const double chi = std::atan(sxip / q);  // q > 0 but at a pole, where this is +-pi/2
         const double phi = chi + sine_series(phis, schi, cchi);
-        const double lon = ox_delta(lam + lam0);
+        double lon = lam + lam0;
+        if (!(std::fabs(lon) <= kPi)) lon = ox_delta(lon);
         if (std::isfinite(lon) && std::isfinite(phi)) {
             p[0] = lon;
             p[1] = phi;
