@@ -8,9 +8,11 @@
 
 namespace ox {
 
+// n = (1 - sqrt(1 - e2)) / (1 + sqrt(1 - e2)), written as e2 / (1 + sqrt(1 - e2))^2
+// so that a small e2 loses nothing to the difference 1 - sqrt(1 - e2).
 double third_flattening(double e2) {
-    const double root = std::sqrt(1.0 - e2);
-    return (1.0 - root) / (1.0 + root);
+    const double root = 1.0 + std::sqrt(1.0 - e2);
+    return e2 / (root * root);
 }
 
 namespace {
