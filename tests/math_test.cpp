@@ -58,7 +58,9 @@ const Reference &reference() {
     return ref;
 }
 
-double series(const double c[ox::kAuxTerms], double lat) { return ox::aux_series(c, lat, std::sin(lat), std::cos(lat)); }
+double series(const double c[ox::kAuxTerms], double lat) {
+    return ox::aux_series(c, lat, std::sin(lat), std::cos(lat));
+}
 
 // Largest error accepted from the series with coefficients of e2: rounding
 // only on the Earth's ellipsoids; the n^10 truncation above (largest in the

@@ -39,7 +39,14 @@ namespace ox {
 // below, forward (geodetic to auxiliary) and inverse.
 inline constexpr int kAuxTerms = 9;
 // The six series, each a table of polynomials in the third flattening n.
-enum class AuxSeries { ConformalForward, ConformalInverse, AuthalicForward, AuthalicInverse, RectifyingForward, RectifyingInverse };
+enum class AuxSeries {
+    ConformalForward,
+    ConformalInverse,
+    AuthalicForward,
+    AuthalicInverse,
+    RectifyingForward,
+    RectifyingInverse,
+};
 // The coefficients of one series for the third flattening n (one direction
 // only: the exported conversions need no more).
 void aux_coefficients(AuxSeries series, double n, double c[kAuxTerms]);

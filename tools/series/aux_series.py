@@ -429,9 +429,15 @@ def print_cpp(result, L):
         a = result[name][which]
         print(f"constexpr double {title}[{size}] = {{")
         for k in range(1, L + 1):
-            row = ", ".join(cpp_rational(a[k][p]) for p in range(k, L + 1))
             print(f"    // sin {2 * k} x: n^{k} .. n^{L}")
-            print(f"    {row},")
+            line = "   "
+            for p in range(k, L + 1):
+                item = f" {cpp_rational(a[k][p])},"
+                if len(line) + len(item) > 110:
+                    print(line)
+                    line = "   "
+                line += item
+            print(line)
         print("};")
 
 
