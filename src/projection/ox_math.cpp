@@ -212,6 +212,33 @@ double reduced_series(double e2, double lat, double sign) {
     return aux_series(c, lat, std::sin(lat), std::cos(lat));
 }
 
+// The two sides of the threshold of each conversion, as (e2, latitude).
+template <AuxSeries kSeries>
+double series_of(double e2, double lat) {
+    return by_series(kSeries, e2, lat);
+}
+double reduced_forward_series(double e2, double phi) { return reduced_series(e2, phi, -1.0); }
+double reduced_inverse_series(double e2, double eta) { return reduced_series(e2, eta, 1.0); }
+double authalic_forward_closed(double e2, double phi) {
+    return std::copysign(authalic_closed(e2, std::fabs(phi), nullptr), phi);
+}
+double rectifying_forward_closed(double e2, double phi) { return rectifying_closed(e2, phi, elliptic_e(e2)); }
+double reduced_forward_closed(double e2, double phi) {
+    return std::atan2(std::sqrt(1.0 - e2) * std::sin(phi), std::cos(phi));
+}
+double reduced_inverse_closed(double e2, double eta) {
+    return std::atan2(std::sin(eta), std::sqrt(1.0 - e2) * std::cos(eta));
+}
+
+// One conversion: the cases that need no computation, the series below the
+// threshold, the closed or iterative form at and above it.
+template <double (*kSeries)(double, double), double (*kExact)(double, double)>
+double convert(double e2, double lat) {
+    double result;
+    if (aux_trivial(e2, lat, &result)) return result;
+    return e2 < kSeriesThreshold ? kSeries(e2, lat) : kExact(e2, lat);
+}
+
 }  // namespace
 
 }  // namespace ox
@@ -317,59 +344,35 @@ OX_API void ox_cart_to_curv(double a, double e2, double x, double y, double z, d
 }
 
 OX_API double ox_phi_to_chi(double e2, double phi) {
-    double r;
-    if (ox::aux_trivial(e2, phi, &r)) return r;
-    if (e2 < ox::kSeriesThreshold) return ox::by_series(ox::AuxSeries::ConformalForward, e2, phi);
-    return ox::conformal_closed(e2, phi);
+    return ox::convert<ox::series_of<ox::AuxSeries::ConformalForward>, ox::conformal_closed>(e2, phi);
 }
 
 OX_API double ox_chi_to_phi(double e2, double chi) {
-    double r;
-    if (ox::aux_trivial(e2, chi, &r)) return r;
-    if (e2 < ox::kSeriesThreshold) return ox::by_series(ox::AuxSeries::ConformalInverse, e2, chi);
-    return ox::conformal_inverse_closed(e2, chi);
+    return ox::convert<ox::series_of<ox::AuxSeries::ConformalInverse>, ox::conformal_inverse_closed>(e2, chi);
 }
 
 OX_API double ox_phi_to_beta(double e2, double phi) {
-    double r;
-    if (ox::aux_trivial(e2, phi, &r)) return r;
-    if (e2 < ox::kSeriesThreshold) return ox::by_series(ox::AuxSeries::AuthalicForward, e2, phi);
-    return std::copysign(ox::authalic_closed(e2, std::fabs(phi), nullptr), phi);
+    return ox::convert<ox::series_of<ox::AuxSeries::AuthalicForward>, ox::authalic_forward_closed>(e2, phi);
 }
 
 OX_API double ox_beta_to_phi(double e2, double beta) {
-    double r;
-    if (ox::aux_trivial(e2, beta, &r)) return r;
-    if (e2 < ox::kSeriesThreshold) return ox::by_series(ox::AuxSeries::AuthalicInverse, e2, beta);
-    return ox::authalic_inverse_closed(e2, beta);
+    return ox::convert<ox::series_of<ox::AuxSeries::AuthalicInverse>, ox::authalic_inverse_closed>(e2, beta);
 }
 
 OX_API double ox_phi_to_mu(double e2, double phi) {
-    double r;
-    if (ox::aux_trivial(e2, phi, &r)) return r;
-    if (e2 < ox::kSeriesThreshold) return ox::by_series(ox::AuxSeries::RectifyingForward, e2, phi);
-    return ox::rectifying_closed(e2, phi, ox::elliptic_e(e2));
+    return ox::convert<ox::series_of<ox::AuxSeries::RectifyingForward>, ox::rectifying_forward_closed>(e2, phi);
 }
 
 OX_API double ox_mu_to_phi(double e2, double mu) {
-    double r;
-    if (ox::aux_trivial(e2, mu, &r)) return r;
-    if (e2 < ox::kSeriesThreshold) return ox::by_series(ox::AuxSeries::RectifyingInverse, e2, mu);
-    return ox::rectifying_inverse_closed(e2, mu);
+    return ox::convert<ox::series_of<ox::AuxSeries::RectifyingInverse>, ox::rectifying_inverse_closed>(e2, mu);
 }
 
 OX_API double ox_phi_to_eta(double e2, double phi) {
-    double r;
-    if (ox::aux_trivial(e2, phi, &r)) return r;
-    if (e2 < ox::kSeriesThreshold) return ox::reduced_series(e2, phi, -1.0);
-    return std::atan2(std::sqrt(1.0 - e2) * std::sin(phi), std::cos(phi));
+    return ox::convert<ox::reduced_forward_series, ox::reduced_forward_closed>(e2, phi);
 }
 
 OX_API double ox_eta_to_phi(double e2, double eta) {
-    double r;
-    if (ox::aux_trivial(e2, eta, &r)) return r;
-    if (e2 < ox::kSeriesThreshold) return ox::reduced_series(e2, eta, 1.0);
-    return std::atan2(std::sin(eta), std::sqrt(1.0 - e2) * std::cos(eta));
+    return ox::convert<ox::reduced_inverse_series, ox::reduced_inverse_closed>(e2, eta);
 }
 
 }  // extern "C"
