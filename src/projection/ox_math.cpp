@@ -91,14 +91,15 @@ double by_series(AuxSeries series, double e2, double lat) {
 }
 
 // Conformal latitude, closed form: tan chi = tan phi cosh x - sinh x sec phi
-// with x = e atanh(e sin phi) (Karney 2011, eq. 7-9; Snyder 3-1).
+// with x = e atanh(e sin phi) (Snyder 3-1 in the form of Karney 2011).
 double conformal_closed(double e2, double phi) {
     const double e = std::sqrt(e2), s = std::sin(phi);
     const double x = e * std::atanh(e * s);
     return std::atan2(s * std::cosh(x) - std::sinh(x), std::cos(phi));
 }
 
-// tau' = tan chi of tau = tan phi (Karney 2011, eq. 7).
+// tau' = tan chi of tau = tan phi (Karney, "Transverse Mercator with an accuracy
+// of a few nanometers", J. Geodesy 85, 2011).
 double conformal_tangent(double e, double tau) {
     const double tau1 = std::hypot(1.0, tau);
     const double sigma = std::sinh(e * std::atanh(e * tau / tau1));
@@ -107,7 +108,7 @@ double conformal_tangent(double e, double tau) {
 
 // Geodetic from conformal latitude: Newton's method on tau = tan phi with the
 // derivative d tau'/d tau = (1 - e2) sqrt(1 + tau'^2) sqrt(1 + tau^2) /
-// (1 + (1 - e2) tau^2) (Karney 2011, eq. 19-21), from tau = tau'/(1 - e2).
+// (1 + (1 - e2) tau^2) (Karney 2011), from tau = tau'/(1 - e2).
 double conformal_inverse_closed(double e2, double chi) {
     const double e = std::sqrt(e2), e2m = 1.0 - e2;
     const double taup = std::tan(chi);
