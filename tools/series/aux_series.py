@@ -10,7 +10,7 @@ latitude chi, the authalic latitude beta and the rectifying latitude mu, in
 both directions (forward: phi -> auxiliary, inverse: auxiliary -> phi), and
 the periodic coefficients of the meridian arc used by the library's ox_q.
 The method follows the structure of C. F. F. Karney, "On auxiliary
-latitudes", Survey Review 56 (2024): each relation is expanded as a power
+latitudes", Survey Review (2023): each relation is expanded as a power
 series in n whose coefficients are trigonometric polynomials; the inverse
 series come from reverting the forward series.
 
