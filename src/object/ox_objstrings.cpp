@@ -15,8 +15,30 @@ namespace ox {
 // ---------------------------------------------------------------------------
 namespace {
 
+// Character classes of the tokenizer.
+enum CharClass : unsigned char { kOrdinary, kBlank, kQuote, kOpen, kClose, kComma, kEnd };
+struct ClassTable {
+    CharClass cls[256] = {};
+    bool delimiter[256] = {};  // '[', ']', ',' and NUL end an unquoted token
+    constexpr ClassTable() {
+        for (int c = 0; c < 256; ++c) cls[c] = is_space(static_cast<unsigned char>(c)) ? kBlank : kOrdinary;
+        cls[static_cast<unsigned char>('"')] = kQuote;
+        cls[static_cast<unsigned char>('[')] = cls[static_cast<unsigned char>('(')] = kOpen;
+        cls[static_cast<unsigned char>(']')] = cls[static_cast<unsigned char>(')')] = kClose;
+        cls[static_cast<unsigned char>(',')] = kComma;
+        cls[0] = kEnd;
+        delimiter[static_cast<unsigned char>('[')] = delimiter[static_cast<unsigned char>(']')] = true;
+        delimiter[static_cast<unsigned char>(',')] = delimiter[0] = true;
+    }
+};
+constexpr ClassTable kChars;
+
+inline CharClass class_of(const char *p) { return kChars.cls[static_cast<unsigned char>(*p)]; }
+
 // Stage 1: copies the text into the work area without white space outside
 // quotes, with '(' and ')' turned into brackets, checking the punctuation.
+// No more than 1023 characters are written: a further character, even one
+// that would be dropped, fails the text.
 int normalise(Tokens *w, const char *p) {
     while (is_space(static_cast<unsigned char>(*p))) ++p;
     if (*p == '\0') return kTokNoText;
@@ -25,53 +47,78 @@ int normalise(Tokens *w, const char *p) {
 
     char *out = w->text;
     int n = 0;
-    out[n++] = *p++;
-    bool in_quotes = false;
     bool after_bracket = false;  // the last character copied outside quotes was ']'
     int depth = 0;
-    for (; *p != '\0'; ++p) {
+    // The first character, then runs of ordinary characters, are copied whole.
+    const char *run = p++;
+    while (class_of(p) == kOrdinary) ++p;
+    for (;;) {
+        if (run != nullptr) {
+            const int len = static_cast<int>(p - run);
+            if (len > kMaxObjstringText - n) return kTokTooLong;
+            std::memcpy(out + n, run, static_cast<size_t>(len));
+            n += len;
+            run = nullptr;
+        }
+        const CharClass c = class_of(p);
+        if (c == kEnd) break;
         if (n >= kMaxObjstringText) return kTokTooLong;
-        const auto c = static_cast<unsigned char>(*p);
-        if (c == '"') {
-            if (!in_quotes) {
+        switch (c) {
+            case kOrdinary:
                 if (after_bracket) return kTokBadCharacter;
-                in_quotes = true;
+                run = p++;
+                while (class_of(p) == kOrdinary) ++p;
+                continue;
+            case kBlank: ++p; continue;
+            case kComma:
+                out[n++] = ',';
+                after_bracket = false;
+                ++p;
+                continue;
+            case kOpen:
+                if (after_bracket) return kTokBadCharacter;
+                out[n++] = '[';
+                ++depth;
+                ++p;
+                continue;
+            case kClose:
+                if (depth == 0) break;  // a stray closing bracket ends the text uncopied
+                out[n++] = ']';
+                after_bracket = true;
+                ++p;
+                if (--depth == 0) break;  // the outermost object is complete
+                continue;
+            case kQuote: {
+                if (after_bracket) return kTokBadCharacter;
                 out[n++] = '"';
-                while (is_space(static_cast<unsigned char>(p[1]))) ++p;
-            } else {
-                while (n > 0 && out[n - 1] == ' ') --n;
-                in_quotes = false;
+                ++p;
+                while (is_space(static_cast<unsigned char>(*p))) ++p;  // blanks after the opening quote
+                // Inside quotes every character is copied, white space as a blank.
+                for (;;) {
+                    const char q = *p;
+                    if (q == '\0') {
+                        out[n] = '\0';
+                        return kTokUnbalanced;
+                    }
+                    if (n >= kMaxObjstringText) return kTokTooLong;
+                    if (q == '"') break;
+                    out[n++] = is_space(static_cast<unsigned char>(q)) ? ' ' : q;
+                    ++p;
+                }
+                while (n > 0 && out[n - 1] == ' ') --n;  // blanks before the closing quote
                 out[n++] = '"';
-                while (is_space(static_cast<unsigned char>(p[1]))) ++p;
-                const char next = p[1];
-                if (next != ',' && next != ']' && next != ')') return kTokBadCharacter;
+                ++p;
+                while (is_space(static_cast<unsigned char>(*p))) ++p;
+                if (*p != ',' && *p != ']' && *p != ')') return kTokBadCharacter;
+                after_bracket = false;
+                continue;
             }
-            after_bracket = false;
-            continue;
+            case kEnd: break;
         }
-        if (in_quotes) {
-            out[n++] = is_space(c) ? ' ' : static_cast<char>(c);
-            continue;
-        }
-        if (is_space(c)) continue;
-        const bool closing = c == ']' || c == ')';
-        if (after_bracket && !closing && c != ',') return kTokBadCharacter;
-        if (c == '[' || c == '(') {
-            out[n++] = '[';
-            ++depth;
-            after_bracket = false;
-        } else if (closing) {
-            if (depth == 0) break;  // a stray closing bracket ends the text uncopied
-            out[n++] = ']';
-            after_bracket = true;
-            if (--depth == 0) break;  // the outermost object is complete
-        } else {
-            out[n++] = static_cast<char>(c);
-            after_bracket = false;
-        }
+        break;
     }
     out[n] = '\0';
-    if (in_quotes || depth != 0) return kTokUnbalanced;
+    if (depth != 0) return kTokUnbalanced;
     return kTokOk;
 }
 
@@ -81,13 +128,6 @@ int split(Tokens *w) {
     int depth = 0;
     char previous = '\0';
     int count = 0;
-    auto add = [&](const char *token) {
-        if (count >= kMaxTokens) return false;
-        w->token[count] = token;
-        w->depth[count] = depth;
-        ++count;
-        return true;
-    };
     while (*s != '\0') {
         char *token;
         char *delimiter;
@@ -99,21 +139,26 @@ int split(Tokens *w) {
             delimiter = close + 1;
         } else {
             token = s;
-            delimiter = s + std::strcspn(s, "[],");
+            delimiter = s;
+            while (!kChars.delimiter[static_cast<unsigned char>(*delimiter)]) ++delimiter;
         }
         const char d = *delimiter;
         if (d == '\0') break;
         *delimiter = '\0';
         s = delimiter + 1;
+        const bool keep = d == '[' || (d == ']' && *token != '\0') ||
+                          (d == ',' && (*token != '\0' || previous != ']'));
+        if (keep) {
+            if (count >= kMaxTokens) return kTokTooManyTokens;
+            w->token[count] = token;
+            w->depth[count] = depth;
+            ++count;
+        }
         if (d == '[') {
-            if (!add(token)) return kTokTooManyTokens;
             ++depth;
         } else if (d == ']') {
-            if (*token != '\0' && !add(token)) return kTokTooManyTokens;
             if (--depth <= 0) break;
-        } else if (d == ',') {
-            if ((*token != '\0' || previous != ']') && !add(token)) return kTokTooManyTokens;
-        } else {
+        } else if (d != ',') {
             break;  // a quoted token not followed by a delimiter: the text ends
         }
         previous = d;
