@@ -45,7 +45,7 @@ struct System {
         parameters[5] = k0;
         parameters[6] = lat0_deg * kDeg;
         constants = ox::pcs_new();
-        EXPECT_EQ(ox::tm_complex_constants(constants, spheroid, parameters), 36);
+        EXPECT_EQ(ox::tm_complex_constants(constants, spheroid, parameters), 38);
     }
     ~System() { ox::pcs_delete(constants); }
     System(const System &) = delete;

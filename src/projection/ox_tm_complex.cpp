@@ -16,11 +16,11 @@
 // with (x, y) = k0 A (eta, xi) - (0, northing of the latitude of origin) and
 // A = a / (1 + n) (1 + n^2/4 + n^4/64 + ...) the rectifying radius.  The
 // complex sine series are summed by Clenshaw's recurrence, which needs only
-// sin 2 zeta and cos 2 zeta; the conformal latitude and its inverse are
-// sine series in the latitude, summed the same way.  All coefficients are
-// exact rational polynomials in n derived by tools/series/krueger_series.py
-// and carried to n^8; on a sphere n = 0 and the same code is the exact
-// spherical transverse Mercator.
+// sin 2 zeta and cos 2 zeta.  The coefficients alpha_k, beta_k and A are exact
+// rational polynomials in n carried to n^8, derived by
+// tools/series/krueger_series.py; the conformal latitude and its inverse are
+// the library's auxiliary-latitude series (ox_math3, to n^9).  On a sphere
+// n = 0 and the same code is the exact spherical transverse Mercator.
 //
 // Domain: the series is cut after n^8, and the first neglected term,
 // alpha_9 sin 18 zeta' (alpha_9 = 3.469 n^9 + ...), grows as exp(18 |eta'|)/2
@@ -29,14 +29,14 @@
 // converted only where that term stays below 1e-10 of the radius (0.6 mm on
 // the Earth): |eta'| <= ln(2e-10 / alpha_9) / 18, which is 1.885 on WGS 84
 // (72.7 degrees from the central meridian on the equator, every longitude
-// beyond 17 degrees of latitude).  On a sphere n = 0 and there is no limit.
+// from 17.4 degrees of latitude on).  On a sphere n = 0 and there is no limit.
 //
 // Constants block (values):
 //   [0] n, [1] k0 A, [2] northing of the latitude of origin k0 A mu(phi0),
 //   [3] the limit of |eta'| (infinite on a sphere),
 //   [4..11] alpha_1..8, [12..19] beta_1..8,
-//   [20..27] c_1..8 of chi = phi + sum c_k sin 2k phi,
-//   [28..35] d_1..8 of phi = chi + sum d_k sin 2k chi.
+//   [20..28] c_1..9 of chi = phi + sum c_k sin 2k phi,
+//   [29..37] d_1..9 of phi = chi + sum d_k sin 2k chi.
 #include <cmath>
 
 #include "object/ox_object.h"
@@ -89,41 +89,9 @@ constexpr double kBetaPoly[8][9] = {
     {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 219941297.0 / 5535129600, -497323811.0 / 12454041600},
     {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 191773887257.0 / 3719607091200},
 };
-// geodetic to conformal latitude; row k-1: n^0..n^8 of term k.
-constexpr double kChiPoly[8][9] = {
-    {0.0, -2.0, 2.0 / 3, 4.0 / 3, -82.0 / 45, 32.0 / 45, 4642.0 / 4725, -8384.0 / 4725,
-     1514.0 / 1323},
-    {0.0, 0.0, 5.0 / 3, -16.0 / 15, -13.0 / 9, 904.0 / 315, -1522.0 / 945, -2288.0 / 1575,
-     142607.0 / 42525},
-    {0.0, 0.0, 0.0, -26.0 / 15, 34.0 / 21, 8.0 / 5, -12686.0 / 2835, 44644.0 / 14175,
-     120202.0 / 51975},
-    {0.0, 0.0, 0.0, 0.0, 1237.0 / 630, -12.0 / 5, -24832.0 / 14175, 1077964.0 / 155925,
-     -1097407.0 / 187110},
-    {0.0, 0.0, 0.0, 0.0, 0.0, -734.0 / 315, 109598.0 / 31185, 1040.0 / 567, -12870194.0 / 1216215},
-    {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 444337.0 / 155925, -941912.0 / 184275, -126463.0 / 72765},
-    {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, -2405834.0 / 675675, 3463678.0 / 467775},
-    {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 256663081.0 / 56756700},
-};
-// conformal to geodetic latitude; row k-1: n^0..n^8 of term k.
-constexpr double kPhiPoly[8][9] = {
-    {0.0, 2.0, -2.0 / 3, -2.0, 116.0 / 45, 26.0 / 45, -2854.0 / 675, 16822.0 / 4725,
-     189416.0 / 99225},
-    {0.0, 0.0, 7.0 / 3, -8.0 / 5, -227.0 / 45, 2704.0 / 315, 2323.0 / 945, -31256.0 / 1575,
-     141514.0 / 8505},
-    {0.0, 0.0, 0.0, 56.0 / 15, -136.0 / 35, -1262.0 / 105, 73814.0 / 2835, 98738.0 / 14175,
-     -2363828.0 / 31185},
-    {0.0, 0.0, 0.0, 0.0, 4279.0 / 630, -332.0 / 35, -399572.0 / 14175, 11763988.0 / 155925,
-     14416399.0 / 935550},
-    {0.0, 0.0, 0.0, 0.0, 0.0, 4174.0 / 315, -144838.0 / 6237, -2046082.0 / 31185,
-     258316372.0 / 1216215},
-    {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 601676.0 / 22275, -115444544.0 / 2027025,
-     -2155215124.0 / 14189175},
-    {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 38341552.0 / 675675, -170079376.0 / 1216215},
-    {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 1383243703.0 / 11351340},
-};
 
 constexpr int kTerms = kSeriesOrder;
-constexpr int32_t kValueCount = 4 + 4 * kTerms;
+constexpr int32_t kValueCount = 4 + 2 * kTerms + 2 * kAuxTerms;
 // Offsets in the constants block.
 constexpr int kN = 0;
 constexpr int kScaledRadius = 1;
@@ -132,8 +100,8 @@ constexpr int kEtaLimit = 3;
 constexpr int kAlpha = 4;
 constexpr int kBeta = kAlpha + kTerms;
 constexpr int kChi = kBeta + kTerms;
-constexpr int kPhi = kChi + kTerms;
-static_assert(kPhi + kTerms == kValueCount, "constants layout");
+constexpr int kPhi = kChi + kAuxTerms;
+static_assert(kPhi + kAuxTerms == kValueCount, "constants layout");
 // Largest relative size of the first neglected term of the series at a point
 // that is converted.
 constexpr double kDomainTolerance = 1e-10;
@@ -147,19 +115,6 @@ double poly(const double (&c)[kSeriesOrder + 1], double n) {
     double sum = 0.0;
     for (int j = kSeriesOrder; j >= 0; --j) sum = sum * n + c[j];
     return sum;
-}
-
-// sum_{k=1..kTerms} c[k-1] sin 2k x from sin x and cos x (Clenshaw summation
-// on the Chebyshev polynomials of the second kind in cos 2x).
-inline double sine_series(const double *c, double sin_x, double cos_x) {
-    const double two_cos2 = 2.0 * (cos_x - sin_x) * (cos_x + sin_x);
-    double b1 = 0.0, b2 = 0.0;
-    for (int k = kTerms - 1; k >= 0; --k) {
-        const double b0 = c[k] + two_cos2 * b1 - b2;
-        b2 = b1;
-        b1 = b0;
-    }
-    return 2.0 * sin_x * cos_x * b1;
 }
 
 // sum_{k=1..kTerms} c[k-1] sin 2k zeta for complex zeta = xi + i eta, given
@@ -230,26 +185,22 @@ bool compute_values(const double spheroid[2], const double parameters[16], doubl
     if (!(std::isfinite(k0) && k0 > 0.0) || !std::isfinite(phi0) || !std::isfinite(parameters[2])) return false;
     if (std::fabs(phi0) > kHalfPi) phi0 = std::copysign(kHalfPi, phi0);
 
-    // n = (1 - sqrt(1 - e2)) / (1 + sqrt(1 - e2)), written without cancellation.
-    double n = 0.0;
-    if (e2 >= kZero) {
-        const double root = 1.0 + std::sqrt(1.0 - e2);
-        n = e2 / (root * root);
-    }
+    const double n = e2 < kZero ? 0.0 : third_flattening(e2);
     v[kN] = n;
     v[kScaledRadius] = k0 * a / (1.0 + n) * poly(kRectifyingPoly, n);
     for (int k = 0; k < kTerms; ++k) {
         v[kAlpha + k] = poly(kAlphaPoly[k], n);
         v[kBeta + k] = poly(kBetaPoly[k], n);
-        v[kChi + k] = poly(kChiPoly[k], n);
-        v[kPhi + k] = poly(kPhiPoly[k], n);
     }
+    aux_coefficients(AuxSeries::ConformalForward, n, v + kChi);
+    aux_coefficients(AuxSeries::ConformalInverse, n, v + kPhi);
     // On the central meridian (eta' = 0) the series carries chi to the
     // rectifying latitude mu.
-    const double sp = std::sin(phi0), cp = std::cos(phi0);
-    const double chi0 = phi0 + sine_series(v + kChi, sp, cp);
-    const double mu0 = chi0 + sine_series(v + kAlpha, std::sin(chi0), std::cos(chi0));
-    v[kOriginNorthing] = v[kScaledRadius] * mu0;
+    const double chi0 = aux_series(v + kChi, phi0, std::sin(phi0), std::cos(phi0));
+    const double s2 = std::sin(2.0 * chi0), c2 = std::cos(2.0 * chi0);
+    double re, im;
+    complex_sine_series(v + kAlpha, s2, c2, 0.0, 1.0, re, im);
+    v[kOriginNorthing] = v[kScaledRadius] * (chi0 + re);
     // ln(2e-10 / (c n^9)) / 18; infinite for n = 0.
     v[kEtaLimit] = (std::log(kDomainTolerance * 2.0 / kAlphaNextLeading) - (kSeriesOrder + 1) * std::log(n)) /
                    (2.0 * (kSeriesOrder + 1));
@@ -308,7 +259,7 @@ OX_PROJECTION_ROUTINE(tm_complex_forward) {
         const double sphi = std::sin(phi), cphi = std::cos(phi);
         const double slam = std::sin(lam), clam = std::cos(lam);
         // Conformal latitude chi = phi + delta.
-        const double delta = sine_series(chi, sphi, cphi);
+        const double delta = aux_series(chi, 0.0, sphi, cphi);
         double sdelta, cdelta;
         correction_sincos(delta, sdelta, cdelta);
         const double schi = sphi * cdelta + cphi * sdelta;
@@ -395,7 +346,7 @@ OX_PROJECTION_ROUTINE(tm_complex_inverse) {
         const double inv_chetap = 1.0 / chetap;
         const double schi = sxip * inv_chetap, cchi = q * inv_chetap;
         const double chi = std::atan(sxip / q);  // q > 0 but at a pole, where this is +-pi/2
-        const double phi = chi + sine_series(phis, schi, cchi);
+        const double phi = aux_series(phis, chi, schi, cchi);
         double lon = lam + lam0;
         if (!(std::fabs(lon) <= kPi)) lon = ox_delta(lon);
         if (std::isfinite(lon) && std::isfinite(phi)) {

@@ -394,8 +394,6 @@ def emit_cpp(series):
     names = [
         ('kAlphaPoly', 'alpha', 'alpha_k: conformal sphere to transverse Mercator'),
         ('kBetaPoly', 'beta', 'beta_k: transverse Mercator to conformal sphere'),
-        ('kChiPoly', 'chi', 'geodetic to conformal latitude'),
-        ('kPhiPoly', 'phi', 'conformal to geodetic latitude'),
     ]
     for cname, key, what in names:
         out.append(f'// {what}; row k-1: n^0..n^{N} of term k.')
