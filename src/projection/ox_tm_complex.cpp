@@ -242,7 +242,7 @@ OX_PROJECTION_ROUTINE(tm_complex_forward) {
     const double lam0 = parameters != nullptr ? parameters[2] : failure_nan();
     if (v == nullptr || !std::isfinite(lam0)) return fail_all(n, points);
     const double ka = v[kScaledRadius], northing0 = v[kOriginNorthing], eta_limit = v[kEtaLimit];
-    const double *alpha = v + kAlpha, *chi = v + kChi;
+    const double *alpha = v + kAlpha, *conformal = v + kChi;
     const double nan = failure_nan();
 
     int32_t count = 0;
@@ -259,7 +259,7 @@ OX_PROJECTION_ROUTINE(tm_complex_forward) {
         const double sphi = std::sin(phi), cphi = std::cos(phi);
         const double slam = std::sin(lam), clam = std::cos(lam);
         // Conformal latitude chi = phi + delta.
-        const double delta = aux_series(chi, 0.0, sphi, cphi);
+        const double delta = aux_series(conformal, 0.0, sphi, cphi);
         double sdelta, cdelta;
         correction_sincos(delta, sdelta, cdelta);
         const double schi = sphi * cdelta + cphi * sdelta;
@@ -304,7 +304,7 @@ OX_PROJECTION_ROUTINE(tm_complex_inverse) {
     const double inv_ka = 1.0 / v[kScaledRadius], northing0 = v[kOriginNorthing];
     // The limit of the forward, with room for the rounding of a point on it.
     const double eta_limit = v[kEtaLimit] * (1.0 + 1e-12);
-    const double *beta = v + kBeta, *phis = v + kPhi;
+    const double *beta = v + kBeta, *geodetic = v + kPhi;
     const double nan = failure_nan();
 
     int32_t count = 0;
@@ -346,7 +346,7 @@ OX_PROJECTION_ROUTINE(tm_complex_inverse) {
         const double inv_chetap = 1.0 / chetap;
         const double schi = sxip * inv_chetap, cchi = q * inv_chetap;
         const double chi = std::atan(sxip / q);  // q > 0 but at a pole, where this is +-pi/2
-        const double phi = aux_series(phis, chi, schi, cchi);
+        const double phi = aux_series(geodetic, chi, schi, cchi);
         double lon = lam + lam0;
         if (!(std::fabs(lon) <= kPi)) lon = ox_delta(lon);
         if (std::isfinite(lon) && std::isfinite(phi)) {
