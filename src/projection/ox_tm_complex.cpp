@@ -126,8 +126,9 @@ inline void complex_sine_series(const double *c, double sin2xi, double cos2xi, d
     const double yr = 2.0 * cos2xi * cosh2eta, yi = -2.0 * sin2xi * sinh2eta;
     double b1r = 0.0, b1i = 0.0, b2r = 0.0, b2i = 0.0;
     for (int k = kTerms - 1; k >= 0; --k) {
-        const double b0r = c[k] + yr * b1r - yi * b1i - b2r;
-        const double b0i = yr * b1i + yi * b1r - b2i;
+        // (grouped so that the terms of b2 stay off the dependency chain of b1)
+        const double b0r = (c[k] - b2r) + (yr * b1r - yi * b1i);
+        const double b0i = (yr * b1i + yi * b1r) - b2i;
         b2r = b1r;
         b2i = b1i;
         b1r = b0r;
