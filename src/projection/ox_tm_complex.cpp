@@ -117,27 +117,44 @@ double poly(const double (&c)[kSeriesOrder + 1], double n) {
     return sum;
 }
 
-// sum_{k=1..kTerms} c[k-1] sin 2k zeta for complex zeta = xi + i eta, given
-// sin 2xi, cos 2xi, sinh 2eta, cosh 2eta; the real and imaginary parts are
-// returned in re and im (Clenshaw summation in complex arithmetic).
-inline void complex_sine_series(const double *c, double sin2xi, double cos2xi, double sinh2eta,
-                                double cosh2eta, double &re, double &im) {
-    // y = 2 cos 2zeta
-    const double yr = 2.0 * cos2xi * cosh2eta, yi = -2.0 * sin2xi * sinh2eta;
-    double b1r = 0.0, b1i = 0.0, b2r = 0.0, b2i = 0.0;
-    for (int k = kTerms - 1; k >= 0; --k) {
-        // (grouped so that the terms of b2 stay off the dependency chain of b1)
-        const double b0r = (c[k] - b2r) + (yr * b1r - yi * b1i);
-        const double b0i = (yr * b1i + yi * b1r) - b2i;
-        b2r = b1r;
-        b2i = b1i;
-        b1r = b0r;
-        b1i = b0i;
+// Points go through the complex series a block at a time: for one point the
+// Clenshaw recurrence is a chain of dependent multiply-adds, across the points
+// of a block it is independent work that the compiler vectorises.
+constexpr int kBlock = 64;
+
+// The sums of one block: for each point i < m, given sin 2xi, cos 2xi,
+// sinh 2eta and cosh 2eta of zeta = xi + i eta, the real and imaginary parts
+// of sum_{k=1..kTerms} c[k-1] sin 2k zeta (Clenshaw summation in complex
+// arithmetic: b_k = c_k + 2 cos 2zeta b_{k+1} - b_{k+2}, sum = sin 2zeta b_1).
+struct ComplexSums {
+    double sin2xi[kBlock], cos2xi[kBlock], sinh2eta[kBlock], cosh2eta[kBlock];
+    double re[kBlock], im[kBlock];
+};
+
+void complex_sine_series(const double *c, int m, ComplexSums &z) {
+    double yr[kBlock], yi[kBlock], b1r[kBlock], b1i[kBlock], b2r[kBlock], b2i[kBlock];
+    for (int i = 0; i < m; ++i) {  // y = 2 cos 2zeta
+        yr[i] = 2.0 * z.cos2xi[i] * z.cosh2eta[i];
+        yi[i] = -2.0 * z.sin2xi[i] * z.sinh2eta[i];
+        b1r[i] = b1i[i] = b2r[i] = b2i[i] = 0.0;
     }
-    // sin 2zeta * b1
-    const double sr = sin2xi * cosh2eta, si = cos2xi * sinh2eta;
-    re = sr * b1r - si * b1i;
-    im = sr * b1i + si * b1r;
+    for (int k = kTerms - 1; k >= 0; --k) {
+        const double ck = c[k];
+        for (int i = 0; i < m; ++i) {
+            // (grouped so that the terms of b2 stay off the dependency chain of b1)
+            const double b0r = (ck - b2r[i]) + (yr[i] * b1r[i] - yi[i] * b1i[i]);
+            const double b0i = (yr[i] * b1i[i] + yi[i] * b1r[i]) - b2i[i];
+            b2r[i] = b1r[i];
+            b2i[i] = b1i[i];
+            b1r[i] = b0r;
+            b1i[i] = b0i;
+        }
+    }
+    for (int i = 0; i < m; ++i) {  // sin 2zeta b1
+        const double sr = z.sin2xi[i] * z.cosh2eta[i], si = z.cos2xi[i] * z.sinh2eta[i];
+        z.re[i] = sr * b1r[i] - si * b1i[i];
+        z.im[i] = sr * b1i[i] + si * b1r[i];
+    }
 }
 
 // The corrections that the series add to an angle (conformal minus geodetic
@@ -198,10 +215,13 @@ bool compute_values(const double spheroid[2], const double parameters[16], doubl
     // On the central meridian (eta' = 0) the series carries chi to the
     // rectifying latitude mu.
     const double chi0 = aux_series(v + kChi, phi0, std::sin(phi0), std::cos(phi0));
-    const double s2 = std::sin(2.0 * chi0), c2 = std::cos(2.0 * chi0);
-    double re, im;
-    complex_sine_series(v + kAlpha, s2, c2, 0.0, 1.0, re, im);
-    v[kOriginNorthing] = v[kScaledRadius] * (chi0 + re);
+    ComplexSums z;
+    z.sin2xi[0] = std::sin(2.0 * chi0);
+    z.cos2xi[0] = std::cos(2.0 * chi0);
+    z.sinh2eta[0] = 0.0;
+    z.cosh2eta[0] = 1.0;
+    complex_sine_series(v + kAlpha, 1, z);
+    v[kOriginNorthing] = v[kScaledRadius] * (chi0 + z.re[0]);
     // ln(2e-10 / (c n^9)) / 18; infinite for n = 0.
     v[kEtaLimit] = (std::log(kDomainTolerance * 2.0 / kAlphaNextLeading) - (kSeriesOrder + 1) * std::log(n)) /
                    (2.0 * (kSeriesOrder + 1));
@@ -246,51 +266,62 @@ OX_PROJECTION_ROUTINE(tm_complex_forward) {
     const double *alpha = v + kAlpha, *conformal = v + kChi;
     const double nan = failure_nan();
 
+    ComplexSums z;
+    double xip[kBlock], etap[kBlock];
+    bool ok[kBlock];
     int32_t count = 0;
-    for (int32_t i = 0; i < n; ++i) {
-        double *p = points + 2 * i;
-        double phi = p[1];
-        if (!std::isfinite(p[0]) || !std::isfinite(phi)) {
-            p[0] = p[1] = nan;
-            continue;
+    for (int32_t start = 0; start < n; start += kBlock) {
+        const int m = n - start < kBlock ? static_cast<int>(n - start) : kBlock;
+        double *block = points + 2 * start;
+        // The conformal sphere: zeta' and the functions of 2 zeta'.
+        for (int i = 0; i < m; ++i) {
+            const double *p = block + 2 * i;
+            ok[i] = false;
+            xip[i] = etap[i] = z.sin2xi[i] = z.cos2xi[i] = z.sinh2eta[i] = z.cosh2eta[i] = 0.0;
+            double phi = p[1];
+            if (!std::isfinite(p[0]) || !std::isfinite(phi)) continue;
+            if (std::fabs(phi) > kHalfPi) phi = std::copysign(kHalfPi, phi);
+            double lam = p[0] - lam0;
+            if (!(std::fabs(lam) <= kPi)) lam = ox_delta(lam);  // (ox_delta is the identity within [-pi, pi])
+            const double sphi = std::sin(phi), cphi = std::cos(phi);
+            const double slam = std::sin(lam), clam = std::cos(lam);
+            // Conformal latitude chi = phi + delta.
+            const double delta = aux_series(conformal, 0.0, sphi, cphi);
+            double sdelta, cdelta;
+            correction_sincos(delta, sdelta, cdelta);
+            const double schi = sphi * cdelta + cphi * sdelta;
+            const double cchi = cphi * cdelta - sphi * sdelta;
+            // Transverse Mercator of the conformal sphere: with u = cos chi sin L,
+            // w = cos chi cos L and D^2 = sin^2 chi + w^2 = 1 - u^2,
+            //   sin xi' = sin chi / D, cos xi' = w / D, sinh eta' = u / D, cosh eta' = 1 / D,
+            // and exp(2|eta'|) = (1 + |u|) / (1 - |u|) = 1 + 2|u| (1 + |u|) / D^2.
+            const double u = cchi * slam, w = cchi * clam;
+            const double inv_d2 = 1.0 / (schi * schi + w * w);
+            const double au = std::fabs(u);
+            const double eta = std::copysign(0.5 * std::log1p(2.0 * au * (1.0 + au) * inv_d2), u);
+            if (!(std::fabs(eta) <= eta_limit)) continue;
+            ok[i] = true;
+            etap[i] = eta;
+            // (atan is cheaper than atan2 and as accurate in the half plane w > 0)
+            xip[i] = w > 0.0 ? std::atan(schi / w) : std::atan2(schi, w);
+            z.sin2xi[i] = 2.0 * schi * w * inv_d2;
+            z.cos2xi[i] = (w - schi) * (w + schi) * inv_d2;
+            z.sinh2eta[i] = 2.0 * u * inv_d2;
+            z.cosh2eta[i] = (1.0 + u * u) * inv_d2;
         }
-        if (std::fabs(phi) > kHalfPi) phi = std::copysign(kHalfPi, phi);
-        double lam = p[0] - lam0;
-        if (!(std::fabs(lam) <= kPi)) lam = ox_delta(lam);  // (ox_delta is the identity within [-pi, pi])
-        const double sphi = std::sin(phi), cphi = std::cos(phi);
-        const double slam = std::sin(lam), clam = std::cos(lam);
-        // Conformal latitude chi = phi + delta.
-        const double delta = aux_series(conformal, 0.0, sphi, cphi);
-        double sdelta, cdelta;
-        correction_sincos(delta, sdelta, cdelta);
-        const double schi = sphi * cdelta + cphi * sdelta;
-        const double cchi = cphi * cdelta - sphi * sdelta;
-        // Transverse Mercator of the conformal sphere: with u = cos chi sin L,
-        // w = cos chi cos L and D^2 = sin^2 chi + w^2 = 1 - u^2,
-        //   sin xi' = sin chi / D, cos xi' = w / D, sinh eta' = u / D, cosh eta' = 1 / D,
-        // and exp(2|eta'|) = (1 + |u|) / (1 - |u|) = 1 + 2|u| (1 + |u|) / D^2.
-        const double u = cchi * slam, w = cchi * clam;
-        const double inv_d2 = 1.0 / (schi * schi + w * w);
-        const double au = std::fabs(u);
-        const double etap = std::copysign(0.5 * std::log1p(2.0 * au * (1.0 + au) * inv_d2), u);
-        if (!(std::fabs(etap) <= eta_limit)) {
-            p[0] = p[1] = nan;
-            continue;
-        }
-        // (atan is cheaper than atan2 and as accurate in the half plane w > 0)
-        const double xip = w > 0.0 ? std::atan(schi / w) : std::atan2(schi, w);
-        const double sin2xi = 2.0 * schi * w * inv_d2, cos2xi = (w - schi) * (w + schi) * inv_d2;
-        const double sinh2eta = 2.0 * u * inv_d2, cosh2eta = (1.0 + u * u) * inv_d2;
-        double re, im;
-        complex_sine_series(alpha, sin2xi, cos2xi, sinh2eta, cosh2eta, re, im);
-        const double x = ka * (etap + im);
-        const double y = ka * (xip + re) - northing0;
-        if (std::isfinite(x) && std::isfinite(y)) {
-            p[0] = x;
-            p[1] = y;
-            ++count;
-        } else {
-            p[0] = p[1] = nan;
+        // Krueger's series.
+        complex_sine_series(alpha, m, z);
+        for (int i = 0; i < m; ++i) {
+            double *p = block + 2 * i;
+            const double x = ka * (etap[i] + z.im[i]);
+            const double y = ka * (xip[i] + z.re[i]) - northing0;
+            if (ok[i] && std::isfinite(x) && std::isfinite(y)) {
+                p[0] = x;
+                p[1] = y;
+                ++count;
+            } else {
+                p[0] = p[1] = nan;
+            }
         }
     }
     return count;
@@ -308,54 +339,72 @@ OX_PROJECTION_ROUTINE(tm_complex_inverse) {
     const double *beta = v + kBeta, *geodetic = v + kPhi;
     const double nan = failure_nan();
 
+    ComplexSums z;
+    double sxi[kBlock], cxi[kBlock], sheta[kBlock], cheta[kBlock], eta[kBlock];
+    bool ok[kBlock];
     int32_t count = 0;
-    for (int32_t i = 0; i < n; ++i) {
-        double *p = points + 2 * i;
-        const double xi = (p[1] + northing0) * inv_ka;
-        double eta = p[0] * inv_ka;
-        // The image of the globe is the strip |xi| <= pi (both sides of the
-        // meridian 90 degrees from the central one).
-        if (!std::isfinite(p[0]) || !std::isfinite(p[1]) || !(std::fabs(xi) <= kPi * (1.0 + 1e-12))) {
-            p[0] = p[1] = nan;
-            continue;
+    for (int32_t start = 0; start < n; start += kBlock) {
+        const int m = n - start < kBlock ? static_cast<int>(n - start) : kBlock;
+        double *block = points + 2 * start;
+        // zeta = (y + northing of the origin, x) / (k0 A) and the functions of 2 zeta.
+        for (int i = 0; i < m; ++i) {
+            const double *p = block + 2 * i;
+            ok[i] = false;
+            sxi[i] = cxi[i] = sheta[i] = cheta[i] = eta[i] = 0.0;
+            z.sin2xi[i] = z.cos2xi[i] = z.sinh2eta[i] = z.cosh2eta[i] = 0.0;
+            const double xi = (p[1] + northing0) * inv_ka;
+            double e = p[0] * inv_ka;
+            // The image of the globe is the strip |xi| <= pi (both sides of the
+            // meridian 90 degrees from the central one).
+            if (!std::isfinite(p[0]) || !std::isfinite(p[1]) || !(std::fabs(xi) <= kPi * (1.0 + 1e-12))) continue;
+            if (std::fabs(e) > kEtaSaturation) e = std::copysign(kEtaSaturation, e);
+            ok[i] = true;
+            eta[i] = e;
+            const double s = std::sin(xi), c = std::cos(xi);
+            // sinh and cosh from one exponential: with m = exp(eta) - 1,
+            // sinh eta = m (m + 2) / (2 (m + 1)).
+            const double em = std::expm1(std::fabs(e));
+            const double sh = std::copysign(0.5 * em * (em + 2.0) / (em + 1.0), e), ch = std::sqrt(1.0 + sh * sh);
+            sxi[i] = s;
+            cxi[i] = c;
+            sheta[i] = sh;
+            cheta[i] = ch;
+            z.sin2xi[i] = 2.0 * s * c;
+            z.cos2xi[i] = (c - s) * (c + s);
+            z.sinh2eta[i] = 2.0 * sh * ch;
+            z.cosh2eta[i] = ch * ch + sh * sh;
         }
-        if (std::fabs(eta) > kEtaSaturation) eta = std::copysign(kEtaSaturation, eta);
-        const double sxi = std::sin(xi), cxi = std::cos(xi);
-        // sinh and cosh from one exponential: with m = exp(eta) - 1,
-        // sinh eta = m (m + 2) / (2 (m + 1)).
-        const double m = std::expm1(std::fabs(eta));
-        const double sheta = std::copysign(0.5 * m * (m + 2.0) / (m + 1.0), eta);
-        const double cheta = std::sqrt(1.0 + sheta * sheta);
-        double re, im;
-        complex_sine_series(beta, 2.0 * sxi * cxi, (cxi - sxi) * (cxi + sxi), 2.0 * sheta * cheta,
-                            cheta * cheta + sheta * sheta, re, im);
-        const double etap = eta - im;
-        if (!(std::fabs(etap) <= eta_limit)) {
-            p[0] = p[1] = nan;
-            continue;
-        }
-        // zeta' = zeta - (re + i im): functions of xi' and eta' by the addition theorems.
-        double sre, cre, sim, cim;
-        correction_sincos(re, sre, cre);
-        correction_sinhcosh(im, sim, cim);
-        const double sxip = sxi * cre - cxi * sre, cxip = cxi * cre + sxi * sre;
-        const double shetap = sheta * cim - cheta * sim, chetap = cheta * cim - sheta * sim;
-        // Back from the conformal sphere: the longitude difference and chi,
-        // with q = hypot(sinh eta', cos xi') and hypot(sin xi', q) = cosh eta'.
-        const double q = std::sqrt(shetap * shetap + cxip * cxip);
-        const double lam = cxip > 0.0 ? std::atan(shetap / cxip) : std::atan2(shetap, cxip);
-        const double inv_chetap = 1.0 / chetap;
-        const double schi = sxip * inv_chetap, cchi = q * inv_chetap;
-        const double chi = std::atan(sxip / q);  // q > 0 but at a pole, where this is +-pi/2
-        const double phi = aux_series(geodetic, chi, schi, cchi);
-        double lon = lam + lam0;
-        if (!(std::fabs(lon) <= kPi)) lon = ox_delta(lon);
-        if (std::isfinite(lon) && std::isfinite(phi)) {
-            p[0] = lon;
-            p[1] = phi;
-            ++count;
-        } else {
-            p[0] = p[1] = nan;
+        // Krueger's series back to the conformal sphere: zeta' = zeta - (re + i im).
+        complex_sine_series(beta, m, z);
+        for (int i = 0; i < m; ++i) {
+            double *p = block + 2 * i;
+            const double re = z.re[i], im = z.im[i];
+            if (!ok[i] || !(std::fabs(eta[i] - im) <= eta_limit)) {
+                p[0] = p[1] = nan;
+                continue;
+            }
+            // The functions of xi' and eta' by the addition theorems.
+            double sre, cre, sim, cim;
+            correction_sincos(re, sre, cre);
+            correction_sinhcosh(im, sim, cim);
+            const double sxip = sxi[i] * cre - cxi[i] * sre, cxip = cxi[i] * cre + sxi[i] * sre;
+            const double shetap = sheta[i] * cim - cheta[i] * sim, chetap = cheta[i] * cim - sheta[i] * sim;
+            // Back from the conformal sphere: the longitude difference and chi,
+            // with q = hypot(sinh eta', cos xi') and hypot(sin xi', q) = cosh eta'.
+            const double q = std::sqrt(shetap * shetap + cxip * cxip);
+            const double lam = cxip > 0.0 ? std::atan(shetap / cxip) : std::atan2(shetap, cxip);
+            const double inv_chetap = 1.0 / chetap;
+            const double chi = std::atan(sxip / q);  // q > 0 but at a pole, where this is +-pi/2
+            const double phi = aux_series(geodetic, chi, sxip * inv_chetap, q * inv_chetap);
+            double lon = lam + lam0;
+            if (!(std::fabs(lon) <= kPi)) lon = ox_delta(lon);
+            if (std::isfinite(lon) && std::isfinite(phi)) {
+                p[0] = lon;
+                p[1] = phi;
+                ++count;
+            } else {
+                p[0] = p[1] = nan;
+            }
         }
     }
     return count;
