@@ -21,16 +21,19 @@ OX_CONSTANTS_ROUTINE(behrmann_constants) {
     return count > 0 ? store_constants(c, v, count) : 0;
 }
 
-OX_PROJECTION_ROUTINE(behrmann_forward) {
+OX_UNITS_ROUTINE(behrmann_forward_units) {
     if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
     return cea_forward_points(spheroid, parameters[kSlotLon0], kBehrmannParallel, constants_header, constants_values, n,
-                              points);
+                              points, units);
 }
 
-OX_PROJECTION_ROUTINE(behrmann_inverse) {
+OX_UNITS_ROUTINE(behrmann_inverse_units) {
     if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
     return cea_inverse_points(spheroid, parameters[kSlotLon0], kBehrmannParallel, constants_header, constants_values, n,
-                              points);
+                              points, units);
 }
+
+OX_PLAIN_ROUTINE(behrmann_forward)
+OX_PLAIN_ROUTINE(behrmann_inverse)
 
 }  // namespace ox

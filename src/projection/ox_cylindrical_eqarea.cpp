@@ -38,6 +38,7 @@ bool polar_parallel(double phi1) { return equal_rule(std::fabs(phi1), kHalfPi); 
 
 struct Constants {
     double lon0, fx, fy, e, two_e, e2;
+    double beta_inverse[kAuxTerms];  // inverse: authalic latitude to phi
 };
 
 // Sphere: x = a cos phi1 L, y = a sin phi / cos phi1.
@@ -49,7 +50,7 @@ struct ForwardSphere {
         M::sincos(lat, s, c);
         x = k.fx * M::reduce(d);
         y = k.fy * s;
-        return M::reduce_ok(d) && M::sincos_ok(lat);
+        return M::reduce_ok(d) & M::sincos_ok(lat);
     }
 };
 
@@ -63,9 +64,48 @@ struct ForwardEllipsoid {
         const double ratio = (1.0 - k.e * s) / (1.0 + k.e * s);
         x = k.fx * M::reduce(d);
         y = k.fy * (s / (1.0 - k.e2 * s * s) - M::log(ratio) / k.two_e);
-        return M::reduce_ok(d) && M::sincos_ok(lat) && M::log_ok(ratio);
+        return M::reduce_ok(d) & M::sincos_ok(lat) & M::log_ok(ratio);
     }
 };
+
+// Sphere inverse: phi = asin(y cos phi1 / a), Delta lambda = x / (a cos phi1).
+struct InverseSphere {
+    template <class M>
+    static OX_ALWAYS_INLINE bool apply(const Constants &k, double x, double y, double &lon, double &lat) {
+        const double l = k.lon0 + x / k.fx;
+        const double s = y / k.fy;
+        lat = M::asin(std::fabs(s) > 1.0 ? std::copysign(1.0, s) : s);
+        lon = M::reduce(l);
+        return M::reduce_ok(l);
+    }
+};
+
+// Ellipsoid inverse: sin beta = 2 k0 y / (a qp), phi from beta by the
+// authalic series, Delta lambda = x / (a k0).
+struct InverseEllipsoid {
+    template <class M>
+    static OX_ALWAYS_INLINE bool apply(const Constants &k, double x, double y, double &lon, double &lat) {
+        const double l = k.lon0 + x / k.fx;
+        const double s = y * k.fy;
+        const double sb = std::fabs(s) > 1.0 ? std::copysign(1.0, s) : s;
+        lat = aux_series(k.beta_inverse, M::asin(sb), sb, std::sqrt((1.0 - sb) * (1.0 + sb)));
+        lon = M::reduce(l);
+        return M::reduce_ok(l);
+    }
+};
+
+// The constants of the point formulas from the constants block.
+Constants point_constants(const double spheroid[2], double lon0, const double *k, bool inverse) {
+    if (is_sphere(spheroid)) return Constants{lon0, k[kSphereX], k[kSphereY], 0.0, 0.0, 0.0, {}};
+    Constants c{lon0, k[kAK0], k[kAOver2K0] * k[kOneMinusE2], k[kEcc], k[kTwoEcc], spheroid[1], {}};
+    if (inverse) {
+        // The authalic series back to phi, its coefficients computed once per call.
+        double forward_unused[kAuxTerms];
+        authalic_coefficients(spheroid[1], forward_unused, c.beta_inverse);
+        c.fy = k[kTwoK0] / k[kAQp];  // sin beta per metre of y
+    }
+    return c;
+}
 
 }  // namespace
 
@@ -91,63 +131,44 @@ int32_t cea_values(const double spheroid[2], double phi1, double v[kCeaMaxConsta
     return kEllipsoidCount;
 }
 
+// The constants block when it fits the spheroid, else `local` filled.
+namespace {
+const double *cea_constants(const double spheroid[2], double phi1, const int32_t *header, const double *values,
+                            double local[kCeaMaxConstants]) {
+    const double *k = constants_if(header, values, is_sphere(spheroid) ? kSphereCount : kEllipsoidCount);
+    if (k != nullptr) return k;
+    cea_values(spheroid, phi1, local);
+    return local;
+}
+}  // namespace
+
 int32_t cea_forward_points(const double spheroid[2], double lon0, double phi1, const int32_t *header,
-                           const double *values, int32_t n, double *points) {
+                           const double *values, int32_t n, double *points, const PointUnits *units) {
     if (polar_parallel(phi1)) {
-        const double nan = failure_nan();
-        for (size_t i = 0; i < 2 * static_cast<size_t>(n); ++i) points[i] = nan;
+        fail_points(n, points);
         return 0;
     }
     double local[kCeaMaxConstants];
-    const double *k = constants_if(header, values, is_sphere(spheroid) ? kSphereCount : kEllipsoidCount);
-    if (k == nullptr) {
-        cea_values(spheroid, phi1, local);
-        k = local;
-    }
+    const double *k = cea_constants(spheroid, phi1, header, values, local);
     if (is_sphere(spheroid))
-        run_formula<ForwardSphere>(Constants{lon0, k[kSphereX], k[kSphereY], 0.0, 0.0, 0.0}, n, points);
+        run_forward<ForwardSphere>(point_constants(spheroid, lon0, k, false), n, points, units);
     else
-        run_formula<ForwardEllipsoid>(
-            Constants{lon0, k[kAK0], k[kAOver2K0] * k[kOneMinusE2], k[kEcc], k[kTwoEcc], spheroid[1]}, n, points);
+        run_forward<ForwardEllipsoid>(point_constants(spheroid, lon0, k, false), n, points, units);
     return n;
 }
 
 int32_t cea_inverse_points(const double spheroid[2], double lon0, double phi1, const int32_t *header,
-                           const double *values, int32_t n, double *points) {
+                           const double *values, int32_t n, double *points, const PointUnits *units) {
     if (polar_parallel(phi1)) {
-        const double nan = failure_nan();
-        for (size_t i = 0; i < 2 * static_cast<size_t>(n); ++i) points[i] = nan;
+        fail_points(n, points);
         return 0;
     }
     double local[kCeaMaxConstants];
-    const double *k = constants_if(header, values, is_sphere(spheroid) ? kSphereCount : kEllipsoidCount);
-    if (k == nullptr) {
-        cea_values(spheroid, phi1, local);
-        k = local;
-    }
-    if (is_sphere(spheroid)) {
-        const double fx = k[kSphereX], fy = k[kSphereY];
-        for (int32_t i = 0; i < n; ++i) {
-            double *p = points + 2 * static_cast<size_t>(i);
-            double s = p[1] / fy;
-            s = std::fabs(s) > 1.0 ? std::copysign(1.0, s) : s;
-            p[0] = reduce_longitude(lon0 + p[0] / fx);
-            p[1] = std::asin(s);
-        }
-        return n;
-    }
-    // The authalic series back to phi, its coefficients computed once here.
-    double forward_unused[kAuxTerms], ci[kAuxTerms];
-    authalic_coefficients(spheroid[1], forward_unused, ci);
-    const double fx = k[kAK0], fb = k[kTwoK0] / k[kAQp];  // sin beta = 2 k0 y / (a qp)
-    for (int32_t i = 0; i < n; ++i) {
-        double *p = points + 2 * static_cast<size_t>(i);
-        double sb = p[1] * fb;
-        sb = std::fabs(sb) > 1.0 ? std::copysign(1.0, sb) : sb;
-        const double beta = std::asin(sb);
-        p[0] = reduce_longitude(lon0 + p[0] / fx);
-        p[1] = aux_series(ci, beta, sb, std::sqrt((1.0 - sb) * (1.0 + sb)));
-    }
+    const double *k = cea_constants(spheroid, phi1, header, values, local);
+    if (is_sphere(spheroid))
+        run_inverse<InverseSphere>(point_constants(spheroid, lon0, k, true), n, points, units);
+    else
+        run_inverse<InverseEllipsoid>(point_constants(spheroid, lon0, k, true), n, points, units);
     return n;
 }
 
@@ -160,16 +181,19 @@ OX_CONSTANTS_ROUTINE(cylindrical_eqarea_constants) {
 
 // Every point is converted, except when the standard parallel is a pole:
 // then every point receives the failure value and the count is 0.
-OX_PROJECTION_ROUTINE(cylindrical_eqarea_forward) {
+OX_UNITS_ROUTINE(cylindrical_eqarea_forward_units) {
     if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
     return cea_forward_points(spheroid, parameters[kSlotLon0], parameters[kSlotPhi1], constants_header,
-                              constants_values, n, points);
+                              constants_values, n, points, units);
 }
 
-OX_PROJECTION_ROUTINE(cylindrical_eqarea_inverse) {
+OX_UNITS_ROUTINE(cylindrical_eqarea_inverse_units) {
     if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
     return cea_inverse_points(spheroid, parameters[kSlotLon0], parameters[kSlotPhi1], constants_header,
-                              constants_values, n, points);
+                              constants_values, n, points, units);
 }
+
+OX_PLAIN_ROUTINE(cylindrical_eqarea_forward)
+OX_PLAIN_ROUTINE(cylindrical_eqarea_inverse)
 
 }  // namespace ox

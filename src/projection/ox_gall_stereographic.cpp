@@ -44,7 +44,18 @@ struct Forward {
         M::sincos(half, s, c);
         x = k.fx * M::reduce(d);
         y = k.fy * (s / c);
-        return M::reduce_ok(d) && M::sincos_ok(half);
+        return M::reduce_ok(d) & M::sincos_ok(half);
+    }
+};
+
+// Delta lambda = x / (a / sqrt 2), phi = 2 atan2(y, a + a / sqrt 2).
+struct Inverse {
+    template <class M>
+    static OX_ALWAYS_INLINE bool apply(const Constants &k, double x, double y, double &lon, double &lat) {
+        const double l = k.lon0 + x / k.fx;
+        lon = M::reduce(l);
+        lat = 2.0 * M::atan2(y, k.fy);
+        return M::reduce_ok(l);
     }
 };
 
@@ -58,25 +69,23 @@ OX_CONSTANTS_ROUTINE(gall_stereographic_constants) {
     return store_constants(c, v, kCount);
 }
 
-OX_PROJECTION_ROUTINE(gall_stereographic_forward) {
+OX_UNITS_ROUTINE(gall_stereographic_forward_units) {
     if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
     double local[kCount];
     const double *k = gall_constants_for(spheroid, constants_header, constants_values, local);
-    run_formula<Forward>(Constants{parameters[kSlotLon0], k[kXFactor], k[kYFactor]}, n, points);
+    run_forward<Forward>(Constants{parameters[kSlotLon0], k[kXFactor], k[kYFactor]}, n, points, units);
     return n;
 }
 
-OX_PROJECTION_ROUTINE(gall_stereographic_inverse) {
+OX_UNITS_ROUTINE(gall_stereographic_inverse_units) {
     if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
     double local[kCount];
     const double *k = gall_constants_for(spheroid, constants_header, constants_values, local);
-    const double lon0 = parameters[kSlotLon0], fx = k[kXFactor], fy = k[kYFactor];
-    for (int32_t i = 0; i < n; ++i) {
-        double *p = points + 2 * static_cast<size_t>(i);
-        p[0] = reduce_longitude(lon0 + p[0] / fx);
-        p[1] = 2.0 * std::atan2(p[1], fy);
-    }
+    run_inverse<Inverse>(Constants{parameters[kSlotLon0], k[kXFactor], k[kYFactor]}, n, points, units);
     return n;
 }
+
+OX_PLAIN_ROUTINE(gall_stereographic_forward)
+OX_PLAIN_ROUTINE(gall_stereographic_inverse)
 
 }  // namespace ox

@@ -120,7 +120,7 @@ struct ForwardEllipsoid {
 
         y = (mu - k.mu0) * k.rk0 + kn * s * c * L2 * (0.5 + u * (y4 + u * (y6 + u * y8)));
         x = kn * c * L * (1.0 + u * (x3 + u * (x5 + u * x7)));
-        return M::reduce_ok(d) && M::sincos_ok(phi);
+        return M::reduce_ok(d) & M::sincos_ok(phi);
     }
 };
 
@@ -158,40 +158,51 @@ struct InverseEllipsoid {
         lat = phi1 - t * nu_rho * q2 * (0.5 - q2 * (p4 - q2 * (p6 - q2 * p8)));
         const double lon_unreduced = dlon + k.lon0;
         lon = M::reduce(lon_unreduced);
-        return M::sincos_ok(mu) && M::sincos_ok(phi1) && M::reduce_ok(lon_unreduced);
+        return M::sincos_ok(mu) & M::sincos_ok(phi1) & M::reduce_ok(lon_unreduced);
     }
 };
 
-// Sphere forward (Snyder 8-1 to 8-3).
-void forward_sphere(const double parameters[16], const double *k, int32_t n, double *points) {
-    const double lon0 = parameters[kSlotLon0], phi0 = parameters[kSlotPhi0];
-    const double k0a = k[kSphereK0A], half_k0a = k[kSphereHalfK0A];
-    for (int32_t i = 0; i < n; ++i) {
-        double *p = points + 2 * static_cast<size_t>(i);
-        const double L = reduce_longitude(p[0] - lon0);
-        const double phi = off_pole(p[1]);
-        double b = std::cos(phi) * std::sin(L);
-        b = equal_rule(std::fabs(b), 1.0) ? std::copysign(kMaxB, b) : b;
-        p[0] = half_k0a * std::log((1.0 + b) / (1.0 - b));
-        p[1] = k0a * (std::atan2(std::tan(phi), std::cos(L)) - phi0);
-    }
-}
+// The sphere constants of the point formulas.
+struct TmSphere {
+    double lon0, phi0, k0a, half_k0a;
+};
 
-// Sphere inverse (Snyder 8-6, 8-7).
-void inverse_sphere(const double parameters[16], const double *k, int32_t n, double *points) {
-    const double lon0 = parameters[kSlotLon0], phi0 = parameters[kSlotPhi0];
-    const double k0a = k[kSphereK0A];
-    for (int32_t i = 0; i < n; ++i) {
-        double *p = points + 2 * static_cast<size_t>(i);
-        const double d = p[1] / k0a + phi0;
-        const double x = p[0] / k0a;
-        const double ex = std::exp(x), emx = std::exp(-x);
-        double sn = 2.0 * std::sin(d) / (emx + ex);
-        sn = std::fabs(sn) > 1.0 ? std::copysign(1.0, sn) : sn;
-        p[1] = std::asin(sn);
-        p[0] = reduce_longitude(std::atan2(ex - emx, 2.0 * std::cos(d)) + lon0);
+// Sphere forward (Snyder 8-1 to 8-3): B = cos phi sin L, x = (k0 a / 2)
+// ln((1 + B) / (1 - B)), y = k0 a (atan2(tan phi, cos L) - phi0).
+struct ForwardSphere {
+    template <class M>
+    static OX_ALWAYS_INLINE bool apply(const TmSphere &k, double lon, double lat, double &x, double &y) {
+        const double d = lon - k.lon0;
+        const double L = M::reduce(d);
+        const double phi = off_pole(lat);
+        double sp, cp, sl, cl;
+        M::sincos(phi, sp, cp);
+        M::sincos(L, sl, cl);
+        const double b = pull_inside(cp * sl, 1.0, kMaxB);
+        const double ratio = (1.0 + b) / (1.0 - b);
+        x = k.half_k0a * M::log(ratio);
+        y = k.k0a * (M::atan2(sp / cp, cl) - k.phi0);
+        return M::reduce_ok(d) & M::sincos_ok(phi) & M::sincos_ok(L) & M::log_ok(ratio);
     }
-}
+};
+
+// Sphere inverse (Snyder 8-6, 8-7): D = y / (k0 a) + phi0, X = x / (k0 a),
+// phi = asin(2 sin D / (e^-X + e^X)), lambda = atan2(e^X - e^-X, 2 cos D).
+struct InverseSphere {
+    template <class M>
+    static OX_ALWAYS_INLINE bool apply(const TmSphere &k, double x, double y, double &lon, double &lat) {
+        const double d = y / k.k0a + k.phi0;
+        const double xr = x / k.k0a;
+        const double ex = M::exp(xr), emx = M::exp(-xr);
+        double sd, cd;
+        M::sincos(d, sd, cd);
+        const double sn = 2.0 * sd / (emx + ex);
+        lat = M::asin(std::fabs(sn) > 1.0 ? std::copysign(1.0, sn) : sn);
+        const double l = M::atan2(ex - emx, 2.0 * cd) + k.lon0;
+        lon = M::reduce(l);
+        return M::sincos_ok(d) & M::reduce_ok(l);
+    }
+};
 
 }  // namespace
 
@@ -202,26 +213,31 @@ OX_CONSTANTS_ROUTINE(gauss_kruger_constants) {
 }
 
 // Every point is converted; the count is n.
-OX_PROJECTION_ROUTINE(gauss_kruger_forward) {
+OX_UNITS_ROUTINE(gauss_kruger_forward_units) {
     if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
     double local[kEllipsoidCount];
     const double *k = tm_constants(spheroid, parameters, constants_header, constants_values, local);
     if (is_sphere(spheroid))
-        forward_sphere(parameters, k, n, points);
+        run_forward<ForwardSphere>(
+            TmSphere{parameters[kSlotLon0], parameters[kSlotPhi0], k[kSphereK0A], k[kSphereHalfK0A]}, n, points, units);
     else
-        run_formula<ForwardEllipsoid>(TmEllipsoid(spheroid, parameters, k), n, points);
+        run_forward<ForwardEllipsoid>(TmEllipsoid(spheroid, parameters, k), n, points, units);
     return n;
 }
 
-OX_PROJECTION_ROUTINE(gauss_kruger_inverse) {
+OX_UNITS_ROUTINE(gauss_kruger_inverse_units) {
     if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
     double local[kEllipsoidCount];
     const double *k = tm_constants(spheroid, parameters, constants_header, constants_values, local);
     if (is_sphere(spheroid))
-        inverse_sphere(parameters, k, n, points);
+        run_inverse<InverseSphere>(
+            TmSphere{parameters[kSlotLon0], parameters[kSlotPhi0], k[kSphereK0A], k[kSphereHalfK0A]}, n, points, units);
     else
-        run_formula<InverseEllipsoid>(TmEllipsoid(spheroid, parameters, k), n, points);
+        run_inverse<InverseEllipsoid>(TmEllipsoid(spheroid, parameters, k), n, points, units);
     return n;
 }
+
+OX_PLAIN_ROUTINE(gauss_kruger_forward)
+OX_PLAIN_ROUTINE(gauss_kruger_inverse)
 
 }  // namespace ox

@@ -51,10 +51,10 @@ const double *mercator_constants_for(const double spheroid[2], const double para
     return local;
 }
 
-// The constants of the forward formulas.
-struct MercatorForwardConstants {
+// The constants of the point formulas.
+struct MercatorConstants {
     double lon0, k;
-    double chi_forward[kAuxTerms];
+    double chi_forward[kAuxTerms], chi_inverse[kAuxTerms];
 };
 
 // ln tan(pi/4 + chi/2) = ln((1 + sin chi) / cos chi), odd in chi: taken on
@@ -68,22 +68,20 @@ OX_ALWAYS_INLINE double isometric(double sin_chi, double cos_chi, double &arg) {
 
 struct ForwardSphere {
     template <class M>
-    static OX_ALWAYS_INLINE bool apply(const MercatorForwardConstants &k, double lon, double lat, double &x,
-                                       double &y) {
+    static OX_ALWAYS_INLINE bool apply(const MercatorConstants &k, double lon, double lat, double &x, double &y) {
         const double d = lon - k.lon0;
         const double phi = off_pole(lat);
         double s, c, arg;
         M::sincos(phi, s, c);
         x = k.k * M::reduce(d);
         y = k.k * isometric<M>(s, c, arg);
-        return M::reduce_ok(d) && M::sincos_ok(phi) && M::log_ok(arg);
+        return M::reduce_ok(d) & M::sincos_ok(phi) & M::log_ok(arg);
     }
 };
 
 struct ForwardEllipsoid {
     template <class M>
-    static OX_ALWAYS_INLINE bool apply(const MercatorForwardConstants &k, double lon, double lat, double &x,
-                                       double &y) {
+    static OX_ALWAYS_INLINE bool apply(const MercatorConstants &k, double lon, double lat, double &x, double &y) {
         const double d = lon - k.lon0;
         const double phi = off_pole(lat);
         double s, c, sc, cc, arg;
@@ -92,9 +90,47 @@ struct ForwardEllipsoid {
         M::sincos(chi, sc, cc);
         x = k.k * M::reduce(d);
         y = k.k * isometric<M>(sc, cc, arg);
-        return M::reduce_ok(d) && M::sincos_ok(phi) && M::sincos_ok(chi) && M::log_ok(arg);
+        return M::reduce_ok(d) & M::sincos_ok(phi) & M::sincos_ok(chi) & M::log_ok(arg);
     }
 };
+
+// chi = pi/2 - 2 atan(exp(-y / K)); on the sphere phi = chi.
+struct InverseSphere {
+    template <class M>
+    static OX_ALWAYS_INLINE bool apply(const MercatorConstants &k, double x, double y, double &lon, double &lat) {
+        const double l = k.lon0 + x / k.k;
+        lat = kHalfPi - 2.0 * M::atan(M::exp(-y / k.k));
+        lon = M::reduce(l);
+        return M::reduce_ok(l);
+    }
+};
+
+struct InverseEllipsoid {
+    template <class M>
+    static OX_ALWAYS_INLINE bool apply(const MercatorConstants &k, double x, double y, double &lon, double &lat) {
+        const double l = k.lon0 + x / k.k;
+        const double chi = kHalfPi - 2.0 * M::atan(M::exp(-y / k.k));
+        double s, c;
+        M::sincos(chi, s, c);
+        lat = aux_series(k.chi_inverse, chi, s, c);
+        lon = M::reduce(l);
+        return M::reduce_ok(l) & M::sincos_ok(chi);
+    }
+};
+
+MercatorConstants point_constants(const double spheroid[2], const double parameters[16], const double *k) {
+    MercatorConstants m{parameters[kSlotLon0], 0.0, {}, {}};
+    if (is_sphere(spheroid)) {
+        m.k = k[kSphereK];
+    } else {
+        m.k = k[kEllipsoidK];
+        for (int i = 0; i < kAuxTerms; ++i) {
+            m.chi_forward[i] = k[kChiForward + i];
+            m.chi_inverse[i] = k[kChiInverse + i];
+        }
+    }
+    return m;
+}
 
 }  // namespace
 
@@ -105,46 +141,31 @@ OX_CONSTANTS_ROUTINE(mercator_constants) {
 }
 
 // Every point is converted; the count is n.
-OX_PROJECTION_ROUTINE(mercator_forward) {
+OX_UNITS_ROUTINE(mercator_forward_units) {
     if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
     double local[kEllipsoidCount];
     const double *k = mercator_constants_for(spheroid, parameters, constants_header, constants_values, local);
-    MercatorForwardConstants f{parameters[kSlotLon0], 0.0, {}};
-    if (is_sphere(spheroid)) {
-        f.k = k[kSphereK];
-        run_formula<ForwardSphere>(f, n, points);
-    } else {
-        f.k = k[kEllipsoidK];
-        for (int i = 0; i < kAuxTerms; ++i) f.chi_forward[i] = k[kChiForward + i];
-        run_formula<ForwardEllipsoid>(f, n, points);
-    }
+    const MercatorConstants m = point_constants(spheroid, parameters, k);
+    if (is_sphere(spheroid))
+        run_forward<ForwardSphere>(m, n, points, units);
+    else
+        run_forward<ForwardEllipsoid>(m, n, points, units);
     return n;
 }
 
-OX_PROJECTION_ROUTINE(mercator_inverse) {
+OX_UNITS_ROUTINE(mercator_inverse_units) {
     if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
     double local[kEllipsoidCount];
     const double *k = mercator_constants_for(spheroid, parameters, constants_header, constants_values, local);
-    const double lon0 = parameters[kSlotLon0];
-    if (is_sphere(spheroid)) {
-        const double K = k[kSphereK];
-        for (int32_t i = 0; i < n; ++i) {
-            double *p = points + 2 * static_cast<size_t>(i);
-            const double chi = kHalfPi - 2.0 * std::atan(std::exp(-p[1] / K));
-            p[0] = reduce_longitude(lon0 + p[0] / K);
-            p[1] = chi;
-        }
-    } else {
-        const double K = k[kEllipsoidK];
-        const double *ci = k + kChiInverse;
-        for (int32_t i = 0; i < n; ++i) {
-            double *p = points + 2 * static_cast<size_t>(i);
-            const double chi = kHalfPi - 2.0 * std::atan(std::exp(-p[1] / K));
-            p[0] = reduce_longitude(lon0 + p[0] / K);
-            p[1] = aux_series(ci, chi, std::sin(chi), std::cos(chi));
-        }
-    }
+    const MercatorConstants m = point_constants(spheroid, parameters, k);
+    if (is_sphere(spheroid))
+        run_inverse<InverseSphere>(m, n, points, units);
+    else
+        run_inverse<InverseEllipsoid>(m, n, points, units);
     return n;
 }
+
+OX_PLAIN_ROUTINE(mercator_forward)
+OX_PLAIN_ROUTINE(mercator_inverse)
 
 }  // namespace ox

@@ -27,32 +27,40 @@ struct Forward {
         const double tan_u = s / c;
         x = k.a * M::reduce(d);
         y = k.a * M::log(tan_u) / 0.8;
-        return M::reduce_ok(d) && M::sincos_ok(u) && M::log_ok(tan_u);
+        return M::reduce_ok(d) & M::sincos_ok(u) & M::log_ok(tan_u);
+    }
+};
+
+// Delta lambda = x / a, phi = atan(exp(0.8 y / a)) / 0.4 - 5 pi / 8.
+struct Inverse {
+    template <class M>
+    static OX_ALWAYS_INLINE bool apply(const Constants &k, double x, double y, double &lon, double &lat) {
+        const double l = k.lon0 + x / k.a;
+        lon = M::reduce(l);
+        lat = M::atan(M::exp(0.8 * y / k.a)) / 0.4 - kFiveEighthsPi;
+        return M::reduce_ok(l);
     }
 };
 
 }  // namespace
 
-OX_PROJECTION_ROUTINE(miller_cylindrical_forward) {
+OX_UNITS_ROUTINE(miller_cylindrical_forward_units) {
     (void)constants_header;
     (void)constants_values;
     if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
-    run_formula<Forward>(Constants{spheroid[0], parameters[kSlotLon0]}, n, points);
+    run_forward<Forward>(Constants{spheroid[0], parameters[kSlotLon0]}, n, points, units);
     return n;
 }
 
-// Delta lambda = x / a, phi = atan(exp(0.8 y / a)) / 0.4 - 5 pi / 8.
-OX_PROJECTION_ROUTINE(miller_cylindrical_inverse) {
+OX_UNITS_ROUTINE(miller_cylindrical_inverse_units) {
     (void)constants_header;
     (void)constants_values;
     if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
-    const double a = spheroid[0], lon0 = parameters[kSlotLon0];
-    for (int32_t i = 0; i < n; ++i) {
-        double *p = points + 2 * static_cast<size_t>(i);
-        p[0] = reduce_longitude(lon0 + p[0] / a);
-        p[1] = std::atan(std::exp(0.8 * p[1] / a)) / 0.4 - kFiveEighthsPi;
-    }
+    run_inverse<Inverse>(Constants{spheroid[0], parameters[kSlotLon0]}, n, points, units);
     return n;
 }
+
+OX_PLAIN_ROUTINE(miller_cylindrical_forward)
+OX_PLAIN_ROUTINE(miller_cylindrical_inverse)
 
 }  // namespace ox

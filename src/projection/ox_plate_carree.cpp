@@ -36,20 +36,23 @@ struct Inverse {
 
 }  // namespace
 
-OX_PROJECTION_ROUTINE(plate_carree_forward) {
+OX_UNITS_ROUTINE(plate_carree_forward_units) {
     (void)constants_header;
     (void)constants_values;
     if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
-    run_formula<Forward>(Constants{spheroid[0], parameters[kSlotLon0]}, n, points);
+    run_forward<Forward>(Constants{spheroid[0], parameters[kSlotLon0]}, n, points, units);
     return n;
 }
 
-OX_PROJECTION_ROUTINE(plate_carree_inverse) {
+OX_UNITS_ROUTINE(plate_carree_inverse_units) {
     (void)constants_header;
     (void)constants_values;
     if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
-    run_formula<Inverse>(Constants{spheroid[0], parameters[kSlotLon0]}, n, points);
+    run_inverse<Inverse>(Constants{spheroid[0], parameters[kSlotLon0]}, n, points, units);
     return n;
 }
+
+OX_PLAIN_ROUTINE(plate_carree_forward)
+OX_PLAIN_ROUTINE(plate_carree_inverse)
 
 }  // namespace ox

@@ -5,8 +5,8 @@
 #include <cstddef>
 
 #include "object/ox_object.h"
-#include "projection/ox_math.h"
 #include "projection/ox_pcsconstants.h"
+#include "projection/ox_projmath.h"
 
 extern "C" {
 
@@ -16,32 +16,37 @@ OX_API int32_t ox_proj_to_geog_center(ox_object *projcs, int32_t n, double *coor
     ox::projcs_setup(projcs, &s);
     const ox_projection_routine inverse = ox_projection_inverse(ox_projcs_projection(projcs));
     const ox::PcsConstants *c = ox::projcs_constants_in_use(projcs, s);
+    const int32_t *header = c ? c->header : nullptr;
+    const double *values = c ? c->values : nullptr;
+
+    // Metres about the natural origin in; the angular unit out, longitudes
+    // about the centre unless it is zero (2^-48 or less in radians).
+    ox::PointUnits units{};
+    units.angular = s.angular_factor;
+    units.linear = s.linear_factor;
+    units.false_easting = s.parameters[0];
+    units.false_northing = s.parameters[1];
+    units.center = center * s.angular_factor;
+    units.centred = !(std::fabs(units.center) <= ox::kZero);
+
+    // The library's own routines take the units into their point loop.
+    if (const ox::UnitsRoutine routine = ox::units_routine_of(inverse))
+        return routine(s.spheroid, s.parameters, n, coords, header, values, &units);
+
+    // Any other routine: a pass before and a pass after, with the same
+    // operations.
     const size_t count = static_cast<size_t>(n);
-    const double af = s.angular_factor;
-    const double center_rad = center * af;
-
-    // To metres about the natural origin.
-    const double fe = s.parameters[0], fn = s.parameters[1], lf = s.linear_factor;
     for (size_t i = 0; i < count; ++i) {
-        coords[2 * i] = coords[2 * i] * lf - fe;
-        coords[2 * i + 1] = coords[2 * i + 1] * lf - fn;
+        coords[2 * i] = coords[2 * i] * units.linear - units.false_easting;
+        coords[2 * i + 1] = coords[2 * i + 1] * units.linear - units.false_northing;
     }
-
-    const int32_t converted =
-        inverse(s.spheroid, s.parameters, n, coords, c ? c->header : nullptr, c ? c->values : nullptr);
-
-    // Back to the angular unit; longitudes about the centre when one is given.
-    if (std::fabs(center_rad) <= ox::kZero) {
-        for (size_t i = 0; i < count; ++i) {
-            coords[2 * i] /= af;
-            coords[2 * i + 1] /= af;
-        }
-    } else {
-        for (size_t i = 0; i < count; ++i) {
-            coords[2 * i] = ox_delta_center(coords[2 * i], center_rad) / af;
-            coords[2 * i + 1] /= af;
-        }
-    }
+    const int32_t converted = inverse(s.spheroid, s.parameters, n, coords, header, values);
+    if (units.centred)
+        for (size_t i = 0; i < count; ++i)
+            ox::units_from_radians<ox::ExactMath, true>(units, coords[2 * i], coords[2 * i + 1]);
+    else
+        for (size_t i = 0; i < count; ++i)
+            ox::units_from_radians<ox::ExactMath, false>(units, coords[2 * i], coords[2 * i + 1]);
     return converted;
 }
 

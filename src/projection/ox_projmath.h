@@ -5,16 +5,15 @@
 // runs a projection formula over whole arrays with the vectorisable kernels,
 // handing the rare points outside their range to the C library.
 //
-// A projection writes its formula once, as a template on the function set
-// `M` (ExactMath or FastMath) that returns whether every argument was within
-// M's range, wraps it in a kernel object with
-//   int64_t fast(double u, double v, double &x, double &y) const;  // FastMath; 1: redo exactly
-//   void exact(double u, double v, double &x, double &y) const;    // ExactMath
-// and calls run_points(kernel, n, points).  Both sets of functions are
-// accurate to an ulp or so; the two paths agree to a few units in the last
-// place, and every instruction-set variant of the fast path gives the same
-// bits (the projection sources are compiled without floating-point
-// contraction).
+// A projection writes each formula once, as a class with a static template
+//   template <class M> static bool apply(const Constants &k, double u, double v, double &x, double &y);
+// on the function set M (ExactMath or FastMath), returning whether every
+// argument was within M's range, and runs it with run_forward or
+// run_inverse, which also apply the driver's units when it hands them over
+// (PointUnits).  Both sets of functions are accurate to an ulp or so; the
+// two paths agree to a few units in the last place, and every
+// instruction-set variant of the fast path gives the same bits (the
+// projection sources are compiled without floating-point contraction).
 #pragma once
 
 #include <bit>
@@ -24,6 +23,7 @@
 #include <cstring>
 
 #include "object/ox_object.h"
+#include "object/ox_utils.h"
 #include "ox.h"
 #include "projection/ox_math.h"
 #include "projection/ox_pcsconstants.h"
@@ -70,13 +70,17 @@ inline const double *constants_if(const int32_t *header, const double *values, i
 // the count, or 0 when memory runs out.
 int32_t store_constants(PcsConstants *c, const double *values, int32_t count);
 
-// phi, or kNearPole with phi's sign when |phi| equals pi/2 under the equality
-// rule (written without branches; the same test as equal_rule).
-OX_ALWAYS_INLINE double off_pole(double phi) {
-    const double a = std::fabs(phi);
-    const bool pole = std::fabs(a - kHalfPi) <= ((a + kHalfPi) * 0.5 + 1.0) * kZero;
-    return pole ? std::copysign(kNearPole, phi) : phi;
+// v, or `inside` with v's sign when |v| equals `limit` under the equality
+// rule (the test of equal_rule, written without branches).
+OX_ALWAYS_INLINE double pull_inside(double v, double limit, double inside) {
+    const double a = std::fabs(v);
+    const bool at_limit = std::fabs(a - limit) <= ((a + limit) * 0.5 + 1.0) * kZero;
+    return at_limit ? std::copysign(inside, v) : v;
 }
+
+// phi, or kNearPole with phi's sign when |phi| equals pi/2 under the
+// equality rule.
+OX_ALWAYS_INLINE double off_pole(double phi) { return pull_inside(phi, kHalfPi, kNearPole); }
 
 // Below this magnitude FastMath reduces a longitude difference by one
 // addition.
@@ -92,7 +96,6 @@ OX_ALWAYS_INLINE double reduce_inline(double d) {
     const double r = d - kTwoPi * (static_cast<double>(d > kPi) - static_cast<double>(d < -kPi));
     return r == 0.0 ? d * 0.0 : r;
 }
-inline double reduce_longitude(double d) { return std::fabs(d) <= kReduceInline ? reduce_inline(d) : ox_delta(d); }
 
 // ---------------------------------------------------------------------------
 // The C library's functions.
@@ -103,7 +106,12 @@ struct ExactMath {
         c = std::cos(x);
     }
     static double log(double x) { return std::log(x); }
+    static double exp(double x) { return std::exp(x); }
+    static double atan(double x) { return std::atan(x); }
+    static double atan2(double y, double x) { return std::atan2(y, x); }
+    static double asin(double x) { return std::asin(x); }
     static double reduce(double d) { return ox_delta(d); }
+    static double reduce_about(double lon, double center) { return ox_delta_center(lon, center); }
     // Every argument is within the C library's range.
     static bool sincos_ok(double) { return true; }
     static bool log_ok(double) { return true; }
@@ -111,7 +119,9 @@ struct ExactMath {
 };
 
 // ---------------------------------------------------------------------------
-// Inline kernels without branches.  sincos: reduction by pi/2 in three parts
+// Inline kernels without branches, which the compiler vectorises (exp, atan,
+// atan2 and asin are the C library's: loops that need them stay scalar).
+// sincos: reduction by pi/2 in three parts
 // (Cody and Waite) and the minimax polynomials of fdlibm's __kernel_sin and
 // __kernel_cos on [-pi/4, pi/4], within an ulp for |x| <= kSinCosRange; log:
 // fdlibm's e_log (argument split at sqrt 2, s = f / (2 + f), a degree-14
@@ -189,8 +199,17 @@ struct FastMath {
         return x >= 2.2250738585072014e-308 && x <= 1.7976931348623157e308;
     }
 
+    static double exp(double x) { return std::exp(x); }
+    static double atan(double x) { return std::atan(x); }
+    static double atan2(double y, double x) { return std::atan2(y, x); }
+    static double asin(double x) { return std::asin(x); }
+
     static OX_ALWAYS_INLINE double reduce(double d) { return reduce_inline(d); }
     static OX_ALWAYS_INLINE bool reduce_ok(double d) { return std::fabs(d) <= kReduceInline; }
+    // ox_delta_center, which is ox_delta(lon - center) + center.
+    static OX_ALWAYS_INLINE double reduce_about(double lon, double center) {
+        return reduce_inline(lon - center) + center;
+    }
 };
 
 // ---------------------------------------------------------------------------
@@ -213,7 +232,8 @@ inline constexpr int32_t kPointBlock = 256;
 // that the compiler vectorises), then the exact kernel for the points that
 // the fast kernel flagged, from a copy of their input.
 template <class Kernel>
-OX_ALWAYS_INLINE void run_points_body(const Kernel &kernel, int32_t n, double *points) {
+OX_ALWAYS_INLINE void run_points_body(const Kernel &kernel_ref, int32_t n, double *points) {
+    const Kernel kernel = kernel_ref;  // a local copy: its constants cannot alias the points
     alignas(64) double saved[2 * kPointBlock];
     alignas(64) int64_t flags[kPointBlock];
     for (int32_t start = 0; start < n; start += kPointBlock) {
@@ -287,9 +307,71 @@ void run_points(const Kernel &kernel, int32_t n, double *points) {
     }
 }
 
-// A kernel object for a formula `F` (a class with a static template
+// The driver's conversions of units and false origin.  For the library's
+// own routines the driver hands them to the routine, which applies them
+// inside its point loop instead of the driver making passes of its own over
+// the array; the operations, and so the results, are the same.  Forward:
+// radians = value x angular factor, the latitude clamped to the poles; then,
+// when `shift`, (x + false easting) / linear factor and likewise y.  Inverse:
+// metres = value x linear factor - false easting (northing); then the
+// longitude, about `center` when `centred`, and the latitude divided by the
+// angular factor.
+struct PointUnits {
+    double angular;        // radians per angular unit
+    double linear;         // metres per linear unit
+    double false_easting;  // metres
+    double false_northing;
+    double center;  // inverse: radians
+    bool shift;     // forward: the false origin or the linear unit is not the identity
+    bool centred;   // inverse: longitudes about `center`
+};
+// (The two flags choose the kernel before the loop; a select on a flag
+// inside it would keep the compiler from vectorising the loop.)
+
+// Forward conversion of units before the formula.
+OX_ALWAYS_INLINE void units_to_radians(const PointUnits &u, double lon_in, double lat_in, double &lon, double &lat) {
+    lon = lon_in * u.angular;
+    const double phi = lat_in * u.angular;
+    lat = std::fabs(phi) > kHalfPi ? std::copysign(kHalfPi, phi) : phi;
+}
+
+// Forward conversion of units after the formula, when `shift`: the false
+// origin, then the linear unit (a division by 1 is exact, so for metres it
+// is left out when `Metres`).
+template <bool Metres>
+OX_ALWAYS_INLINE void units_from_metres(const PointUnits &u, double &x, double &y) {
+    x = x + u.false_easting;
+    y = y + u.false_northing;
+    if constexpr (!Metres) {
+        x = x / u.linear;
+        y = y / u.linear;
+    }
+}
+
+// How a forward kernel treats its results: as they are, shifted to the
+// false origin, or shifted and divided by the linear unit.
+enum class Shift { kNone, kOrigin, kOriginAndUnit };
+
+// Inverse conversion of units after the formula; false when M's longitude
+// reduction was out of its range.  About a centre, a NaN longitude (a failed
+// point) is kept as it is.
+template <class M, bool Centred>
+OX_ALWAYS_INLINE bool units_from_radians(const PointUnits &u, double &lon, double &lat) {
+    bool ok = true;
+    if constexpr (Centred) {
+        const double about = M::reduce_about(lon, u.center);
+        ok = M::reduce_ok(lon - u.center) | std::isnan(lon);
+        lon = std::isnan(lon) ? lon : about;
+    }
+    lon = lon / u.angular;
+    lat = lat / u.angular;
+    return ok;
+}
+
+// Kernel objects for a formula `F` (a class with a static template
 // `apply<M>(constants, u, v, x, y)` returning whether the arguments were in
-// range) over the constants `C`.
+// M's range) over the constants `C`: the plain routine, and the routine that
+// also applies the driver's units forward or inverse.
 template <class F, class C>
 struct PointKernel {
     C k;
@@ -299,10 +381,84 @@ struct PointKernel {
     void exact(double u, double v, double &x, double &y) const { F::template apply<ExactMath>(k, u, v, x, y); }
 };
 
-// Runs formula F over the points with the constants `k`.
+template <class F, class C, Shift S>
+struct ForwardUnitsKernel {
+    C k;
+    PointUnits units;
+    template <class M>
+    OX_ALWAYS_INLINE bool run(double u, double v, double &x_out, double &y_out) const {
+        double lon, lat, x, y;
+        units_to_radians(units, u, v, lon, lat);
+        const bool ok = F::template apply<M>(k, lon, lat, x, y);
+        if constexpr (S != Shift::kNone) units_from_metres<S == Shift::kOrigin>(units, x, y);
+        x_out = x;
+        y_out = y;
+        return ok;
+    }
+    OX_ALWAYS_INLINE int64_t fast(double u, double v, double &x, double &y) const {
+        return run<FastMath>(u, v, x, y) ? 0 : 1;
+    }
+    void exact(double u, double v, double &x, double &y) const { run<ExactMath>(u, v, x, y); }
+};
+
+template <class F, class C, bool Centred>
+struct InverseUnitsKernel {
+    C k;
+    PointUnits units;
+    template <class M>
+    OX_ALWAYS_INLINE bool run(double u, double v, double &lon_out, double &lat_out) const {
+        const double x = u * units.linear - units.false_easting, y = v * units.linear - units.false_northing;
+        double lon, lat;
+        const bool ok = F::template apply<M>(k, x, y, lon, lat);
+        const bool in_range = units_from_radians<M, Centred>(units, lon, lat);
+        lon_out = lon;
+        lat_out = lat;
+        return ok & in_range;
+    }
+    OX_ALWAYS_INLINE int64_t fast(double u, double v, double &x, double &y) const {
+        return run<FastMath>(u, v, x, y) ? 0 : 1;
+    }
+    void exact(double u, double v, double &x, double &y) const { run<ExactMath>(u, v, x, y); }
+};
+
+// Runs the forward formula F over the points with the constants `k`, and
+// the driver's units when `units` is given.
 template <class F, class C>
-void run_formula(const C &k, int32_t n, double *points) {
-    run_points(PointKernel<F, C>{k}, n, points);
+void run_forward(const C &k, int32_t n, double *points, const PointUnits *units) {
+    if (units == nullptr)
+        run_points(PointKernel<F, C>{k}, n, points);
+    else if (!units->shift)
+        run_points(ForwardUnitsKernel<F, C, Shift::kNone>{k, *units}, n, points);
+    else if (units->linear == 1.0)
+        run_points(ForwardUnitsKernel<F, C, Shift::kOrigin>{k, *units}, n, points);
+    else
+        run_points(ForwardUnitsKernel<F, C, Shift::kOriginAndUnit>{k, *units}, n, points);
 }
+
+// The same for an inverse formula.
+template <class F, class C>
+void run_inverse(const C &k, int32_t n, double *points, const PointUnits *units) {
+    if (units == nullptr)
+        run_points(PointKernel<F, C>{k}, n, points);
+    else if (units->centred)
+        run_points(InverseUnitsKernel<F, C, true>{k, *units}, n, points);
+    else
+        run_points(InverseUnitsKernel<F, C, false>{k, *units}, n, points);
+}
+
+// Writes the failure value into every point (a routine that can convert
+// none); the driver's units leave it as it is.
+inline void fail_points(int32_t n, double *points) {
+    const double nan = failure_nan();
+    for (size_t i = 0; i < 2 * static_cast<size_t>(n); ++i) points[i] = nan;
+}
+
+// A projection routine that also applies the driver's units (null: none,
+// as the plain routine).
+using UnitsRoutine = int32_t (*)(const double spheroid[2], const double parameters[16], int32_t n, double *points,
+                                 const int32_t *constants_header, const double *constants_values,
+                                 const PointUnits *units);
+// The units routine of one of the library's plain routines, or null.
+UnitsRoutine units_routine_of(ox_projection_routine routine);
 
 }  // namespace ox
