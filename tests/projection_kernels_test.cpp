@@ -168,7 +168,12 @@ TEST_P(Variants, EveryLoopVariantGivesTheSameBitsAndAgreesWithTheLibraryPath) {
     };
     const std::vector<double> fwd = convert(top, false, input);
     const std::vector<double> inv = convert(top, true, fwd);
-    for (int level = 0; level < top; ++level) {
+#if defined(__x86_64__)
+    const int first_vector_level = 1;  // level 0 is the C library path there
+#else
+    const int first_vector_level = 0;
+#endif
+    for (int level = first_vector_level; level < top; ++level) {
         const std::vector<double> f = convert(level, false, input), i = convert(level, true, fwd);
         for (size_t k = 0; k < f.size(); ++k) {
             ASSERT_TRUE(same_bits(f[k], fwd[k])) << "level " << level << " forward " << k;

@@ -216,9 +216,10 @@ struct FastMath {
 // Running a kernel over an array.
 // ---------------------------------------------------------------------------
 
-// Instruction-set level of the point loops: 0 the x86-64 baseline (or any
-// other processor), 1 x86-64-v2, 2 x86-64-v3 (AVX2), 3 x86-64-v4 (AVX-512);
-// kExactLevel runs the C library's functions for every point.
+// Instruction-set level of the point loops: 0 the baseline of the
+// processor family (on x86-64 the C library path, see run_points), 1
+// x86-64-v2, 2 x86-64-v3 (AVX2), 3 x86-64-v4 (AVX-512); kExactLevel runs the
+// C library's functions for every point.
 inline constexpr int kExactLevel = -2;
 int point_loop_level();
 // Caps the level of the point loops (the tests run every variant, and the
@@ -252,10 +253,12 @@ OX_ALWAYS_INLINE void run_points_body(const Kernel &kernel_ref, int32_t n, doubl
     }
 }
 
+#if !defined(__x86_64__)
 template <class Kernel>
 OX_NOINLINE void run_points_base(const Kernel &kernel, int32_t n, double *points) {
     run_points_body(kernel, n, points);
 }
+#endif
 #if OX_ISA_VARIANTS
 template <class Kernel>
 __attribute__((noinline, target("arch=x86-64-v2"))) void run_points_v2(const Kernel &kernel, int32_t n,
@@ -302,7 +305,14 @@ void run_points(const Kernel &kernel, int32_t n, double *points) {
             run_points_exact(kernel, n, points);
             return;
         default:
+#if defined(__x86_64__)
+            // The x86-64 baseline (SSE2) cannot vectorise these loops, and
+            // there the C library's functions beat the inline kernels run one
+            // point at a time.
+            run_points_exact(kernel, n, points);
+#else
             run_points_base(kernel, n, points);
+#endif
             return;
     }
 }
