@@ -107,6 +107,15 @@ Constants point_constants(const double spheroid[2], double lon0, const double *k
     return c;
 }
 
+// The constants block when it fits the spheroid, else `local` filled.
+const double *cea_constants(const double spheroid[2], double phi1, const int32_t *header, const double *values,
+                            double local[kCeaMaxConstants]) {
+    const double *k = constants_if(header, values, is_sphere(spheroid) ? kSphereCount : kEllipsoidCount);
+    if (k != nullptr) return k;
+    cea_values(spheroid, phi1, local);
+    return local;
+}
+
 }  // namespace
 
 int32_t cea_values(const double spheroid[2], double phi1, double v[kCeaMaxConstants]) {
@@ -130,17 +139,6 @@ int32_t cea_values(const double spheroid[2], double phi1, double v[kCeaMaxConsta
     v[kAQp] = a * qp;
     return kEllipsoidCount;
 }
-
-// The constants block when it fits the spheroid, else `local` filled.
-namespace {
-const double *cea_constants(const double spheroid[2], double phi1, const int32_t *header, const double *values,
-                            double local[kCeaMaxConstants]) {
-    const double *k = constants_if(header, values, is_sphere(spheroid) ? kSphereCount : kEllipsoidCount);
-    if (k != nullptr) return k;
-    cea_values(spheroid, phi1, local);
-    return local;
-}
-}  // namespace
 
 int32_t cea_forward_points(const double spheroid[2], double lon0, double phi1, const int32_t *header,
                            const double *values, int32_t n, double *points, const PointUnits *units) {
