@@ -237,8 +237,8 @@ OX_ALWAYS_INLINE void run_points_body(const Kernel &kernel_ref, int32_t n, doubl
     const Kernel kernel = kernel_ref;  // a local copy: its constants cannot alias the points
     alignas(64) double saved[2 * kPointBlock];
     alignas(64) int64_t flags[kPointBlock];
-    for (int32_t start = 0; start < n; start += kPointBlock) {
-        const int32_t m = n - start < kPointBlock ? n - start : kPointBlock;
+    for (int64_t start = 0; start < n; start += kPointBlock) {  // 64 bits: no overflow near INT32_MAX
+        const int32_t m = static_cast<int32_t>(n - start < kPointBlock ? n - start : kPointBlock);
         double *p = points + 2 * static_cast<size_t>(start);
         std::memcpy(saved, p, sizeof(double) * 2 * static_cast<size_t>(m));
         int64_t any = 0;
