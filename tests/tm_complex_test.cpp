@@ -589,3 +589,96 @@ TEST(TmComplex, SeriesTruncationWithin35Degrees) {
 }
 
 }  // namespace
+
+// ---------------------------------------------------------------------------
+// Through a projected coordinate system: object string, driver, units.
+// ---------------------------------------------------------------------------
+
+namespace {
+
+std::string number(double v) {
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%.17g", v);
+    return buf;
+}
+
+// A projected system on the row's spheroid and parameters; `foot` puts the
+// linear unit (and so the false origin) in US survey feet.
+ox_object *make_projcs(const Row &r, bool foot = false) {
+    const double unit = foot ? 0.3048006096012192 : 1.0;
+    const std::string text =
+        "PROJCS[\"TMC\",GEOGCS[\"GCS\",DATUM[\"D\",SPHEROID[\"S\"," + number(r.a) + "," + number(r.rf) +
+        "]],PRIMEM[\"Greenwich\",0.0],UNIT[\"Degree\",0.0174532925199433]],"
+        "PROJECTION[\"Transverse_Mercator_Complex\"],"
+        "PARAMETER[\"False_Easting\"," + number(r.fe / unit) + "],PARAMETER[\"False_Northing\"," + number(r.fn / unit) +
+        "],PARAMETER[\"Central_Meridian\"," + number(r.lon0) + "],PARAMETER[\"Scale_Factor\"," + number(r.k0) +
+        "],PARAMETER[\"Latitude_Of_Origin\"," + number(r.lat0) + "],UNIT[\"" + (foot ? "Foot_US" : "Meter") + "\"," +
+        number(unit) + "]]";
+    return ox_projcs_from_string(text.c_str());
+}
+
+}  // namespace
+
+TEST(TmComplex, ProjectedSystemsReproduceTheExactValues) {
+    const std::vector<Row> rows = load_rows();
+    std::map<std::string, std::vector<const Row *>> cases;
+    for (const Row &r : rows) cases[r.name].push_back(&r);
+    ASSERT_EQ(cases.size(), 12u);
+    for (const auto &[name, members] : cases) {
+        SCOPED_TRACE(name);
+        ox_object *pcs = make_projcs(*members[0]);
+        ASSERT_NE(pcs, nullptr);
+        EXPECT_EQ(ox_projcs_isconstloaded(pcs), 0);
+        std::vector<double> pts;
+        for (const Row *r : members) pts.insert(pts.end(), {r->lon, r->lat});
+        const int32_t count = static_cast<int32_t>(members.size());
+        ASSERT_EQ(ox_geog_to_proj(pcs, count, pts.data()), count);
+        EXPECT_EQ(ox_projcs_isconstloaded(pcs), 1);
+        for (int32_t i = 0; i < count; ++i) {
+            EXPECT_NEAR(pts[2 * i], members[i]->x, 1e-6);
+            EXPECT_NEAR(pts[2 * i + 1], members[i]->y, 1e-6);
+        }
+        ASSERT_EQ(ox_proj_to_geog(pcs, count, pts.data()), count);
+        for (int32_t i = 0; i < count; ++i) {
+            EXPECT_NEAR(lon_diff(pts[2 * i], members[i]->lon) * std::cos(members[i]->lat * kDeg), 0, 1e-9);
+            EXPECT_NEAR(pts[2 * i + 1], members[i]->lat, 1e-9);
+        }
+        // the same after the constants are dropped (computed per call)
+        ox_projcs_unload_constants(pcs);
+        std::vector<double> again{members[1]->lon, members[1]->lat};
+        ASSERT_EQ(ox_geog_to_proj(pcs, 1, again.data()), 1);
+        EXPECT_NEAR(again[0], members[1]->x, 1e-6);
+        EXPECT_NEAR(again[1], members[1]->y, 1e-6);
+        ox_projcs_del(pcs);
+    }
+}
+
+TEST(TmComplex, ProjectedSystemInFeetAndFailedPoints) {
+    const std::vector<Row> rows = load_rows();
+    const Row *row = nullptr;
+    for (const Row &r : rows)
+        if (r.name == "tmc_arizona_east_clarke1866" && std::fabs(r.lon - r.lon0) > 20) row = &r;
+    ASSERT_NE(row, nullptr);
+    ox_object *pcs = make_projcs(*row, true);
+    ASSERT_NE(pcs, nullptr);
+    const double ft = 0.3048006096012192;
+    const double nan = kNan;
+    // a good point between a NaN and a point outside the domain of the series
+    std::vector<double> p{nan, 30, row->lon, row->lat, row->lon0 + 80, 0.5};
+    EXPECT_EQ(ox_geog_to_proj(pcs, 3, p.data()), 1);
+    EXPECT_TRUE(std::isnan(p[0]) && std::isnan(p[1]) && std::isnan(p[4]) && std::isnan(p[5]));
+    EXPECT_NEAR(p[2] * ft, row->x, 1e-6);
+    EXPECT_NEAR(p[3] * ft, row->y, 1e-6);
+    std::vector<double> q{row->x / ft, row->y / ft};
+    EXPECT_EQ(ox_proj_to_geog(pcs, 1, q.data()), 1);
+    EXPECT_NEAR(q[0], row->lon, 1e-9);
+    EXPECT_NEAR(q[1], row->lat, 1e-9);
+    // the projection name and its parameters survive the object string
+    char text[OX_OBJSTRING_SIZE];
+    ox_projcs_to_string(pcs, text);
+    EXPECT_NE(std::strstr(text, "PROJECTION[\"Transverse_Mercator_Complex\"]"), nullptr);
+    ox_object *back = ox_projcs_from_string(text);
+    EXPECT_EQ(ox_projcs_eq(pcs, back), 1);
+    ox_projcs_del(back);
+    ox_projcs_del(pcs);
+}

@@ -3,6 +3,8 @@
 
 #include <cstdio>
 
+#include "ox.h"
+
 namespace oxtool {
 
 struct Command {
@@ -15,8 +17,15 @@ struct Command {
 // Reads a whole file ("-" for standard input) into a string; false on failure.
 bool read_text(const char *path, char *buffer, size_t size);
 
+// The projected system that a command-line argument names: an object string
+// starting with PROJCS, or the name of a file that holds one.  Null when
+// none can be read.
+ox_object *load_projcs(const char *arg);
+
 int cmd_version(int argc, char **argv);
 int cmd_parse(int argc, char **argv);
 int cmd_defaults(int argc, char **argv);
+int cmd_project(int argc, char **argv);
+int cmd_unproject(int argc, char **argv);
 
 }  // namespace oxtool
