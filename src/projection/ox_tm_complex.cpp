@@ -43,6 +43,7 @@
 #include "object/ox_utils.h"
 #include "projection/ox_math.h"
 #include "projection/ox_projections.h"
+#include "projection/ox_projmath.h"
 
 namespace ox {
 
@@ -233,15 +234,8 @@ bool compute_values(const double spheroid[2], const double parameters[16], doubl
 // else the block computed into `local`; null when there is none.
 const double *select_values(const double spheroid[2], const double parameters[16], const int32_t *header,
                             const double *values, double local[kValueCount]) {
-    if (header != nullptr && values != nullptr && header[0] == 2 && header[1] == kValueCount) return values;
+    if (const double *k = constants_if(header, values, kValueCount)) return k;
     return compute_values(spheroid, parameters, local) ? local : nullptr;
-}
-
-// Every point receives the failure value.
-int32_t fail_all(int32_t n, double *points) {
-    const double nan = failure_nan();
-    for (int32_t i = 0; i < n; ++i) points[2 * i] = points[2 * i + 1] = nan;
-    return 0;
 }
 
 }  // namespace
@@ -250,10 +244,7 @@ OX_CONSTANTS_ROUTINE(tm_complex_constants) {
     if (c == nullptr) return 0;
     double local[kValueCount];
     if (!compute_values(spheroid, parameters, local)) return 0;
-    double *values = pcs_alloc(c, kValueCount);
-    if (values == nullptr) return 0;
-    for (int32_t i = 0; i < kValueCount; ++i) values[i] = local[i];
-    return kValueCount;
+    return store_constants(c, local, kValueCount);
 }
 
 OX_PROJECTION_ROUTINE(tm_complex_forward) {
@@ -261,7 +252,10 @@ OX_PROJECTION_ROUTINE(tm_complex_forward) {
     double local[kValueCount];
     const double *v = select_values(spheroid, parameters, constants_header, constants_values, local);
     const double lam0 = parameters != nullptr ? parameters[2] : failure_nan();
-    if (v == nullptr || !std::isfinite(lam0)) return fail_all(n, points);
+    if (v == nullptr || !std::isfinite(lam0)) {
+        fail_points(n, points);
+        return 0;
+    }
     const double ka = v[kScaledRadius], northing0 = v[kOriginNorthing], eta_limit = v[kEtaLimit];
     const double *alpha = v + kAlpha, *conformal = v + kChi;
     const double nan = failure_nan();
@@ -332,7 +326,10 @@ OX_PROJECTION_ROUTINE(tm_complex_inverse) {
     double local[kValueCount];
     const double *v = select_values(spheroid, parameters, constants_header, constants_values, local);
     const double lam0 = parameters != nullptr ? parameters[2] : failure_nan();
-    if (v == nullptr || !std::isfinite(lam0)) return fail_all(n, points);
+    if (v == nullptr || !std::isfinite(lam0)) {
+        fail_points(n, points);
+        return 0;
+    }
     const double inv_ka = 1.0 / v[kScaledRadius], northing0 = v[kOriginNorthing];
     // The limit of the forward, with room for the rounding of a point on it.
     const double eta_limit = v[kEtaLimit] * (1.0 + 1e-12);
