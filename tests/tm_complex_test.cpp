@@ -21,6 +21,7 @@
 #include "ox.h"
 #include "projection/ox_pcsconstants.h"
 #include "projection/ox_projections.h"
+#include "projection/ox_projmath.h"
 #include "tm_complex_reference_series.h"
 
 namespace {
@@ -97,6 +98,29 @@ double lon_diff(double a, double b) {
     return d;
 }
 
+// The point-loop levels to check: the C library path, then every
+// instruction-set variant of the inline kernels that the processor has (on
+// x86-64 level 0 is the C library path too).
+std::vector<int> loop_levels() {
+    std::vector<int> levels{ox::kExactLevel};
+    const int top = ox::point_loop_level_limit(-1);
+#if defined(__x86_64__)
+    const int first = 1;
+#else
+    const int first = 0;
+#endif
+    for (int level = first; level <= top; ++level) levels.push_back(level);
+    return levels;
+}
+
+// Runs the body at one loop level and restores the processor's own.
+struct AtLevel {
+    explicit AtLevel(int level) { ox::point_loop_level_limit(level); }
+    ~AtLevel() { ox::point_loop_level_limit(-1); }
+    AtLevel(const AtLevel &) = delete;
+    AtLevel &operator=(const AtLevel &) = delete;
+};
+
 // ---------------------------------------------------------------------------
 // Exact values (tests/data/tm_wide.csv: exact transverse Mercator on the
 // ellipsoid, out to 40 degrees from the central meridian).
@@ -136,6 +160,9 @@ std::vector<Row> load_rows() {
 TEST(TmComplex, ExactValuesOutTo40Degrees) {
     const std::vector<Row> rows = load_rows();
     ASSERT_EQ(rows.size(), 480u);
+    for (const int level : loop_levels()) {
+    SCOPED_TRACE("loop level " + std::to_string(level));
+    const AtLevel at(level);
     double worst_xy = 0, worst_deg = 0;
     for (const Row &r : rows) {
         SCOPED_TRACE(r.name + " " + std::to_string(r.lon) + " " + std::to_string(r.lat));
@@ -150,9 +177,9 @@ TEST(TmComplex, ExactValuesOutTo40Degrees) {
         EXPECT_NEAR(lon_diff(lon, r.lon), 0.0, 1e-9);
         worst_deg = std::max({worst_deg, std::fabs(lat - r.lat), std::fabs(lon_diff(lon, r.lon))});
     }
-    RecordProperty("worst_forward_m", std::to_string(worst_xy));
-    RecordProperty("worst_inverse_deg", std::to_string(worst_deg));
-    std::printf("tm_wide: worst forward %.3g m, worst inverse %.3g deg\n", worst_xy, worst_deg);
+    std::printf("tm_wide, loop level %d: worst forward %.3g m, worst inverse %.3g deg\n", level, worst_xy,
+                worst_deg);
+    }
 }
 
 // ---------------------------------------------------------------------------
@@ -165,6 +192,8 @@ TEST(TmComplex, RoundTripsCloseTo1e12Degrees) {
         {6378137, 200, 10, 0.9996, -30},               {6371000, 0, -3, 0.9996, 30},
         {6378249.2, 293.4660212936269, -60.760825, 0.9994352, -44.513733},
     };
+    for (const int level : loop_levels()) {
+    const AtLevel at(level);
     double worst = 0;
     for (const System &s : systems) {
         std::vector<double> pts;
@@ -183,7 +212,45 @@ TEST(TmComplex, RoundTripsCloseTo1e12Degrees) {
                               std::fabs(lon_diff(work[i], pts[i]) * std::cos(pts[i + 1] * kDeg))});
         }
     }
-    std::printf("round trips within 40 degrees: worst %.3g deg\n", worst);
+    std::printf("round trips within 40 degrees, loop level %d: worst %.3g deg\n", level, worst);
+    }
+}
+
+TEST(TmComplex, EveryVectorLoopLevelGivesTheSameBits) {
+    // The inline kernels give the same bits at every instruction-set level,
+    // and agree with the C library path to a few units in the last place;
+    // failures (the far points and the NaN) fail on every path.
+    const System s(6378137, 298.257223563, 15, 0.9996, 0);
+    std::vector<double> in;
+    for (double lat = -90; lat <= 90; lat += 3.7)
+        for (double dl = -179; dl <= 180; dl += 7.3) in.insert(in.end(), {15 + dl, lat});
+    in.insert(in.end(), {kNan, 10, 15 + 1e-9, 1e-9, 15 + 3000, 30});
+    std::vector<std::vector<double>> fwd, inv;
+    const std::vector<int> levels = loop_levels();
+    for (const int level : levels) {
+        const AtLevel at(level);
+        std::vector<double> f(in);
+        s.forward(f);
+        std::vector<double> i(fwd.empty() ? f : fwd.front());
+        s.inverse(i);
+        fwd.push_back(f);
+        inv.push_back(i);
+    }
+    for (size_t l = 1; l < levels.size(); ++l)
+        for (size_t k = 0; k < in.size(); ++k) {
+            EXPECT_EQ(std::isnan(fwd[l][k]), std::isnan(fwd[0][k])) << k;
+            EXPECT_EQ(std::isnan(inv[l][k]), std::isnan(inv[0][k])) << k;
+            if (!std::isnan(fwd[0][k])) {
+                EXPECT_NEAR(fwd[l][k], fwd[0][k], 2e-9 + 1e-15 * std::fabs(fwd[0][k])) << k;
+            }
+            if (!std::isnan(inv[0][k])) {
+                EXPECT_NEAR(inv[l][k], inv[0][k], 1e-13) << k;
+            }
+            if (l > 1) {
+                EXPECT_EQ(std::memcmp(&fwd[l][k], &fwd[1][k], 8), 0) << "level " << levels[l] << " " << k;
+                EXPECT_EQ(std::memcmp(&inv[l][k], &inv[1][k], 8), 0) << "level " << levels[l] << " " << k;
+            }
+        }
 }
 
 TEST(TmComplex, SymmetryAboutTheCentralMeridianAndTheEquator) {
@@ -558,7 +625,9 @@ TEST(TmComplex, SeriesTruncationWithin35Degrees) {
                           {6377397.155, 299.1528128, 1.0, 0},
                           {6378249.2, 293.4660212936269, 0.9994352, -44.513733},
                           {6378137, 200, 0.9996, 0}};
+    for (const int level : loop_levels())
     for (const Case &c : cases) {
+        const AtLevel at(level);
         const Reference exact(c.a, c.rf, c.k0, c.lat0, 16);
         const Reference order8(c.a, c.rf, c.k0, c.lat0, 8);
         const System s(c.a, c.rf, 0, c.k0, c.lat0);
@@ -583,8 +652,9 @@ TEST(TmComplex, SeriesTruncationWithin35Degrees) {
         EXPECT_LT(truncation, 5e-9L) << c.rf;  // the n^8 series itself
         EXPECT_LT(total40, 1e-8L) << c.rf;     // the routine, with double rounding
         EXPECT_LT(inverse40, 1e-12L) << c.rf;
-        std::printf("rf %.9g: truncation %.3Lg m, routine %.3Lg m (35 deg), %.3Lg m (40 deg), inverse %.3Lg deg\n",
-                    c.rf, truncation, total35, total40, inverse40);
+        std::printf("loop level %d, rf %.9g: truncation %.3Lg m, routine %.3Lg m (35 deg), %.3Lg m (40 deg), "
+                    "inverse %.3Lg deg\n",
+                    level, c.rf, truncation, total35, total40, inverse40);
     }
 }
 
@@ -680,5 +750,50 @@ TEST(TmComplex, ProjectedSystemInFeetAndFailedPoints) {
     ox_object *back = ox_projcs_from_string(text);
     EXPECT_EQ(ox_projcs_eq(pcs, back), 1);
     ox_projcs_del(back);
+    ox_projcs_del(pcs);
+}
+
+namespace {
+
+// A caller's routines that forward to the library's: the driver then makes
+// its own passes for units and false origin around them.
+int32_t forward_passthrough(const double spheroid[2], const double parameters[16], int32_t n, double *points,
+                            const int32_t *header, const double *values) {
+    return ox::tm_complex_forward(spheroid, parameters, n, points, header, values);
+}
+int32_t inverse_passthrough(const double spheroid[2], const double parameters[16], int32_t n, double *points,
+                            const int32_t *header, const double *values) {
+    return ox::tm_complex_inverse(spheroid, parameters, n, points, header, values);
+}
+
+}  // namespace
+
+TEST(TmComplex, UnitsInsideTheLoopGiveTheDriversOwnBits) {
+    const std::vector<Row> rows = load_rows();
+    const Row &row = rows[300];
+    ox_object *pcs = make_projcs(row, true);
+    ASSERT_NE(pcs, nullptr);
+    ox_object *params[16], *copies[16];
+    ox_projcs_parameters(pcs, params);
+    for (int i = 0; i < 16; ++i) copies[i] = params[i] ? ox_parameter_clone(params[i]) : nullptr;
+    ox_object *own = ox_projcs_new(
+        "TMC", ox_geogcs_clone(ox_projcs_geogcs(pcs)),
+        ox_projection_new("Transverse_Mercator_Complex", forward_passthrough, inverse_passthrough, nullptr), copies,
+        ox_unit_clone(ox_projcs_unit(pcs)));
+    ASSERT_NE(own, nullptr);
+    std::vector<double> a;
+    for (const Row &r : rows)
+        if (r.name == row.name) a.insert(a.end(), {r.lon, r.lat});
+    a.insert(a.end(), {kNan, 1.0, row.lon0 + 85, 0.0});  // two failures
+    std::vector<double> b(a);
+    const int32_t n = static_cast<int32_t>(a.size() / 2);
+    EXPECT_EQ(ox_geog_to_proj(pcs, n, a.data()), n - 2);
+    EXPECT_EQ(ox_geog_to_proj(own, n, b.data()), n - 2);
+    for (size_t i = 0; i < a.size(); ++i) EXPECT_EQ(std::memcmp(&a[i], &b[i], 8), 0) << i;
+    EXPECT_EQ(ox_proj_to_geog_center(pcs, n, a.data(), 180.0), n - 2);
+    EXPECT_EQ(ox_proj_to_geog_center(own, n, b.data(), 180.0), n - 2);
+    for (size_t i = 0; i < a.size(); ++i) EXPECT_EQ(std::memcmp(&a[i], &b[i], 8), 0) << i;
+    EXPECT_TRUE(is_failure(a[a.size() - 1]) && is_failure(a[a.size() - 4]));
+    ox_projcs_del(own);
     ox_projcs_del(pcs);
 }

@@ -95,6 +95,8 @@ int32_t cea_inverse_points(const double spheroid[2], double lon0, double phi1, c
 // third flattening, evaluated in complex arithmetic.
 OX_PROJECTION_ROUTINE(tm_complex_forward);
 OX_PROJECTION_ROUTINE(tm_complex_inverse);
+OX_UNITS_ROUTINE(tm_complex_forward_units);
+OX_UNITS_ROUTINE(tm_complex_inverse_units);
 OX_CONSTANTS_ROUTINE(tm_complex_constants);
 
 }  // namespace ox

@@ -65,6 +65,8 @@ constexpr UnitsPair kUnitsRoutines[] = {
     {cylindrical_eqarea_inverse, cylindrical_eqarea_inverse_units},
     {behrmann_forward, behrmann_forward_units},
     {behrmann_inverse, behrmann_inverse_units},
+    {tm_complex_forward, tm_complex_forward_units},
+    {tm_complex_inverse, tm_complex_inverse_units},
 };
 
 }  // namespace

@@ -22,6 +22,13 @@
 // the library's auxiliary-latitude series (ox_math3, to n^9).  On a sphere
 // n = 0 and the same code is the exact spherical transverse Mercator.
 //
+// The formulas are written once over a function set and run by the shared
+// point loop (ox_projmath.h): over blocks of points with inline kernels that
+// have no branches (FastMath's sine and logarithm, and below atan, exp and
+// log1p), which the compiler vectorises, and with the C library for the few
+// points they flag.  A point that cannot be converted (outside the domain
+// below, or not finite) gets the failure value and is not counted.
+//
 // Domain: the series is cut after n^8, and the first neglected term,
 // alpha_9 sin 18 zeta' (alpha_9 = 3.469 n^9 + ...), grows as exp(18 |eta'|)/2
 // away from the central meridian; near the equator 90 degrees from it the
@@ -37,7 +44,10 @@
 //   [4..11] alpha_1..8, [12..19] beta_1..8,
 //   [20..28] c_1..9 of chi = phi + sum c_k sin 2k phi,
 //   [29..37] d_1..9 of phi = chi + sum d_k sin 2k chi.
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <type_traits>
 
 #include "object/ox_object.h"
 #include "object/ox_utils.h"
@@ -91,6 +101,10 @@ constexpr double kBetaPoly[8][9] = {
     {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 191773887257.0 / 3719607091200},
 };
 
+constexpr int kSlotLon0 = 2;
+constexpr int kSlotK0 = 5;
+constexpr int kSlotPhi0 = 6;
+
 constexpr int kTerms = kSeriesOrder;
 constexpr int32_t kValueCount = 4 + 2 * kTerms + 2 * kAuxTerms;
 // Offsets in the constants block.
@@ -118,79 +132,26 @@ double poly(const double (&c)[kSeriesOrder + 1], double n) {
     return sum;
 }
 
-// Points go through the complex series a block at a time: for one point the
-// Clenshaw recurrence is a chain of dependent multiply-adds, across the points
-// of a block it is independent work that the compiler vectorises.
-constexpr int kBlock = 64;
-
-// The sums of one block: for each point i < m, given sin 2xi, cos 2xi,
-// sinh 2eta and cosh 2eta of zeta = xi + i eta, the real and imaginary parts
-// of sum_{k=1..kTerms} c[k-1] sin 2k zeta (Clenshaw summation in complex
-// arithmetic: b_k = c_k + 2 cos 2zeta b_{k+1} - b_{k+2}, sum = sin 2zeta b_1).
-struct ComplexSums {
-    double sin2xi[kBlock], cos2xi[kBlock], sinh2eta[kBlock], cosh2eta[kBlock];
-    double re[kBlock], im[kBlock];
-};
-
-void complex_sine_series(const double *c, int m, ComplexSums &z) {
-    double yr[kBlock], yi[kBlock], b1r[kBlock], b1i[kBlock], b2r[kBlock], b2i[kBlock];
-    for (int i = 0; i < m; ++i) {  // y = 2 cos 2zeta
-        yr[i] = 2.0 * z.cos2xi[i] * z.cosh2eta[i];
-        yi[i] = -2.0 * z.sin2xi[i] * z.sinh2eta[i];
-        b1r[i] = b1i[i] = b2r[i] = b2i[i] = 0.0;
-    }
+// sum_{k=1..kTerms} c[k-1] sin 2k zeta for complex zeta = xi + i eta, given
+// sin 2xi, cos 2xi, sinh 2eta and cosh 2eta; the real and imaginary parts are
+// returned in re and im.  Clenshaw summation in complex arithmetic:
+// b_k = c_k + 2 cos 2zeta b_{k+1} - b_{k+2}, and the sum is sin 2zeta b_1.
+OX_ALWAYS_INLINE void complex_sine_series(const double *c, double sin2xi, double cos2xi, double sinh2eta,
+                                          double cosh2eta, double &re, double &im) {
+    const double yr = 2.0 * cos2xi * cosh2eta, yi = -2.0 * sin2xi * sinh2eta;  // 2 cos 2zeta
+    double b1r = 0.0, b1i = 0.0, b2r = 0.0, b2i = 0.0;
     for (int k = kTerms - 1; k >= 0; --k) {
-        const double ck = c[k];
-        for (int i = 0; i < m; ++i) {
-            // (grouped so that the terms of b2 stay off the dependency chain of b1)
-            const double b0r = (ck - b2r[i]) + (yr[i] * b1r[i] - yi[i] * b1i[i]);
-            const double b0i = (yr[i] * b1i[i] + yi[i] * b1r[i]) - b2i[i];
-            b2r[i] = b1r[i];
-            b2i[i] = b1i[i];
-            b1r[i] = b0r;
-            b1i[i] = b0i;
-        }
+        // (grouped so that the terms of b2 stay off the dependency chain of b1)
+        const double b0r = (c[k] - b2r) + (yr * b1r - yi * b1i);
+        const double b0i = (yr * b1i + yi * b1r) - b2i;
+        b2r = b1r;
+        b2i = b1i;
+        b1r = b0r;
+        b1i = b0i;
     }
-    for (int i = 0; i < m; ++i) {  // sin 2zeta b1
-        const double sr = z.sin2xi[i] * z.cosh2eta[i], si = z.cos2xi[i] * z.sinh2eta[i];
-        z.re[i] = sr * b1r[i] - si * b1i[i];
-        z.im[i] = sr * b1i[i] + si * b1r[i];
-    }
-}
-
-// The corrections that the series add to an angle (conformal minus geodetic
-// latitude, zeta' - zeta) are small (below 0.02 on the Earth within the
-// domain): up to this size the sine and cosine of the sum come from those of
-// the angle and the Taylor series of the correction to x^8, whose first
-// omitted term is below 2e-21.
-constexpr double kSmallAngle = 0.02;
-
-// sin x and cos x (sinh x and cosh x when hyperbolic) for |x| <= kSmallAngle.
-inline void small_sincos(double x, double &s, double &c) {
-    const double x2 = x * x;
-    s = x * (1.0 - x2 * (1.0 / 6.0 - x2 * (1.0 / 120.0 - x2 * (1.0 / 5040.0))));
-    c = 1.0 - x2 * (0.5 - x2 * (1.0 / 24.0 - x2 * (1.0 / 720.0 - x2 * (1.0 / 40320.0))));
-}
-inline void small_sinhcosh(double x, double &s, double &c) {
-    const double x2 = x * x;
-    s = x * (1.0 + x2 * (1.0 / 6.0 + x2 * (1.0 / 120.0 + x2 * (1.0 / 5040.0))));
-    c = 1.0 + x2 * (0.5 + x2 * (1.0 / 24.0 + x2 * (1.0 / 720.0 + x2 * (1.0 / 40320.0))));
-}
-inline void correction_sincos(double x, double &s, double &c) {
-    if (std::fabs(x) <= kSmallAngle) {
-        small_sincos(x, s, c);
-    } else {
-        s = std::sin(x);
-        c = std::cos(x);
-    }
-}
-inline void correction_sinhcosh(double x, double &s, double &c) {
-    if (std::fabs(x) <= kSmallAngle) {
-        small_sinhcosh(x, s, c);
-    } else {
-        s = std::sinh(x);
-        c = std::cosh(x);
-    }
+    const double sr = sin2xi * cosh2eta, si = cos2xi * sinh2eta;  // sin 2zeta
+    re = sr * b1r - si * b1i;
+    im = sr * b1i + si * b1r;
 }
 
 // Fills the constants block from the spheroid {a, e2}, the scale factor and
@@ -198,10 +159,10 @@ inline void correction_sinhcosh(double x, double &s, double &c) {
 bool compute_values(const double spheroid[2], const double parameters[16], double v[kValueCount]) {
     if (spheroid == nullptr || parameters == nullptr) return false;
     const double a = spheroid[0], e2 = spheroid[1];
-    const double k0 = parameters[5];
-    double phi0 = parameters[6];
+    const double k0 = parameters[kSlotK0];
+    double phi0 = parameters[kSlotPhi0];
     if (!(std::isfinite(a) && a > 0.0) || !(std::isfinite(e2) && e2 < 1.0)) return false;
-    if (!(std::isfinite(k0) && k0 > 0.0) || !std::isfinite(phi0) || !std::isfinite(parameters[2])) return false;
+    if (!(std::isfinite(k0) && k0 > 0.0) || !std::isfinite(phi0) || !std::isfinite(parameters[kSlotLon0])) return false;
     if (std::fabs(phi0) > kHalfPi) phi0 = std::copysign(kHalfPi, phi0);
 
     const double n = e2 < kZero ? 0.0 : third_flattening(e2);
@@ -216,13 +177,9 @@ bool compute_values(const double spheroid[2], const double parameters[16], doubl
     // On the central meridian (eta' = 0) the series carries chi to the
     // rectifying latitude mu.
     const double chi0 = aux_series(v + kChi, phi0, std::sin(phi0), std::cos(phi0));
-    ComplexSums z;
-    z.sin2xi[0] = std::sin(2.0 * chi0);
-    z.cos2xi[0] = std::cos(2.0 * chi0);
-    z.sinh2eta[0] = 0.0;
-    z.cosh2eta[0] = 1.0;
-    complex_sine_series(v + kAlpha, 1, z);
-    v[kOriginNorthing] = v[kScaledRadius] * (chi0 + z.re[0]);
+    double re, im;
+    complex_sine_series(v + kAlpha, std::sin(2.0 * chi0), std::cos(2.0 * chi0), 0.0, 1.0, re, im);
+    v[kOriginNorthing] = v[kScaledRadius] * (chi0 + re);
     // ln(2e-10 / (c n^9)) / 18; infinite for n = 0.
     v[kEtaLimit] = (std::log(kDomainTolerance * 2.0 / kAlphaNextLeading) - (kSeriesOrder + 1) * std::log(n)) /
                    (2.0 * (kSeriesOrder + 1));
@@ -238,6 +195,316 @@ const double *select_values(const double spheroid[2], const double parameters[16
     return compute_values(spheroid, parameters, local) ? local : nullptr;
 }
 
+// ---------------------------------------------------------------------------
+// The point formulas, written once over a function set M and run by the
+// shared point loop (ox_projmath.h): the inline kernels over blocks of points,
+// which the compiler vectorises, and the C library's functions for the points
+// that they flag.
+// ---------------------------------------------------------------------------
+
+// The corrections that the series add to an angle (the conformal minus the
+// geodetic latitude, zeta' - zeta) are small, below 0.02 on the Earth within
+// the domain: up to that size the sine and cosine of the sum come from those
+// of the angle and the Taylor series of the correction to x^8, whose first
+// omitted term is below 2e-21.
+constexpr double kSmallAngle = 0.02;
+// The inline sinh and cosh serve |eta| up to this (the whole domain on any
+// ellipsoid the series is meant for); beyond, the C library's.
+constexpr double kInlineEta = 3.0;
+constexpr double kLargest = 1.7976931348623157e308;
+
+OX_ALWAYS_INLINE void small_sincos(double x, double &s, double &c) {
+    const double x2 = x * x;
+    s = x * (1.0 - x2 * (1.0 / 6.0 - x2 * (1.0 / 120.0 - x2 * (1.0 / 5040.0))));
+    c = 1.0 - x2 * (0.5 - x2 * (1.0 / 24.0 - x2 * (1.0 / 720.0 - x2 * (1.0 / 40320.0))));
+}
+OX_ALWAYS_INLINE void small_sinhcosh(double x, double &s, double &c) {
+    const double x2 = x * x;
+    s = x * (1.0 + x2 * (1.0 / 6.0 + x2 * (1.0 / 120.0 + x2 * (1.0 / 5040.0))));
+    c = 1.0 + x2 * (0.5 + x2 * (1.0 / 24.0 + x2 * (1.0 / 720.0 + x2 * (1.0 / 40320.0))));
+}
+
+// The inline kernels: those of FastMath, and atan, atan2, log1p, sinh and
+// cosh without branches.  Each reports whether its argument was within its
+// range; outside, the point goes to TmcExactMath.
+struct TmcFastMath : FastMath {
+    // fdlibm's s_atan: the argument reduced to |t| < 7/16 about one of four
+    // points, and an odd polynomial of degree 23; within an ulp.
+    static OX_ALWAYS_INLINE double atan(double x) {
+        constexpr double T0 = 3.33333333333329318027e-01, T1 = -1.99999999998764832476e-01,
+                         T2 = 1.42857142725034663711e-01, T3 = -1.11111104054623557880e-01,
+                         T4 = 9.09088713343650656196e-02, T5 = -7.69187620504482999495e-02,
+                         T6 = 6.66107313738753120669e-02, T7 = -5.83357013379057348645e-02,
+                         T8 = 4.97687799461593236017e-02, T9 = -3.65315727442169155270e-02,
+                         T10 = 1.62858201153657823623e-02;
+        const double a = std::fabs(x);
+        // t = (a - h) / (1 + h a) about h = tan(atan_hi), or -1/a beyond
+        // 39/16, chosen by plain selects (no branch in the vectorised loop)
+        double num = a, den = 1.0, hi = 0.0, lo = 0.0;
+        const bool r0 = a >= 0.4375, r1 = a >= 0.6875, r2 = a >= 1.1875, r3 = a >= 2.4375;
+        num = r0 ? 2.0 * a - 1.0 : num;
+        den = r0 ? 2.0 + a : den;
+        hi = r0 ? 4.63647609000806093515e-01 : hi;
+        lo = r0 ? 2.26987774529616870924e-17 : lo;
+        num = r1 ? a - 1.0 : num;
+        den = r1 ? a + 1.0 : den;
+        hi = r1 ? 7.85398163397448278999e-01 : hi;
+        lo = r1 ? 3.06161699786838301793e-17 : lo;
+        num = r2 ? a - 1.5 : num;
+        den = r2 ? 1.0 + 1.5 * a : den;
+        hi = r2 ? 9.82793723247329054082e-01 : hi;
+        lo = r2 ? 1.39033110312309984516e-17 : lo;
+        num = r3 ? -1.0 : num;
+        den = r3 ? a : den;
+        hi = r3 ? 1.57079632679489655800e+00 : hi;
+        lo = r3 ? 6.12323399573676603587e-17 : lo;
+        const double t = num / den;
+        const double z = t * t, w = z * z;
+        const double s1 = z * (T0 + w * (T2 + w * (T4 + w * (T6 + w * (T8 + w * T10)))));
+        const double s2 = w * (T1 + w * (T3 + w * (T5 + w * (T7 + w * T9))));
+        const double reduced = hi - ((t * (s1 + s2) - lo) - t);
+        const double plain = t - t * (s1 + s2);
+        return std::copysign(r0 ? reduced : plain, x);
+    }
+    // atan(y / x), moved by pi with the sign of y when x is negative.
+    static OX_ALWAYS_INLINE double atan2(double y, double x) {
+        const double r = atan(y / x);
+        return x < 0.0 ? r + std::copysign(kPi, y) : r;
+    }
+    // log1p(t) = log(u) t / (u - 1) with u = 1 + t (Goldberg, "What every
+    // computer scientist should know about floating-point arithmetic", 1991).
+    static OX_ALWAYS_INLINE double log1p(double t) {
+        const double u = 1.0 + t;
+        return u == 1.0 ? t : log(u) * (t / (u - 1.0));
+    }
+    static OX_ALWAYS_INLINE bool log1p_ok(double t) { return log_ok(1.0 + t); }
+    // fdlibm's e_exp for |x| <= kInlineEta: x = k ln 2 + r, a rational
+    // approximation of exp(r) and k added to the exponent; within an ulp.
+    static OX_ALWAYS_INLINE double exp_small(double x) {
+        constexpr double kLn2Hi = 6.93147180369123816490e-01, kLn2Lo = 1.90821492927058770002e-10;
+        constexpr double kInvLn2 = 1.44269504088896338700e+00, kRoundToInt = 6755399441055744.0;
+        constexpr double P1 = 1.66666666666666019037e-01, P2 = -2.77777777770155933842e-03,
+                         P3 = 6.61375632143793436117e-05, P4 = -1.65339022054652515390e-06,
+                         P5 = 4.13813679705723846039e-08;
+        const double shifted = x * kInvLn2 + kRoundToInt;
+        const double k = shifted - kRoundToInt;
+        const double hi = x - k * kLn2Hi, lo = k * kLn2Lo, r = hi - lo;
+        const double r2 = r * r;
+        const double c = r - r2 * (P1 + r2 * (P2 + r2 * (P3 + r2 * (P4 + r2 * P5))));
+        const double y = 1.0 - ((lo - (r * c) / (2.0 - c)) - hi);
+        // 2^k: the low bits of `shifted` hold k (two's complement), moved to
+        // the exponent field and added to y's (no overflow: |k| < 64).
+        return std::bit_cast<double>(std::bit_cast<uint64_t>(y) + (std::bit_cast<uint64_t>(shifted) << 52));
+    }
+    // sinh and cosh: the Taylor series below 1/2, (e - 1/e) / 2 above.
+    static OX_ALWAYS_INLINE bool sinh_cosh(double x, double &s, double &c) {
+        const double a = std::fabs(x);
+        const double x2 = a * a;
+        // a + a^3/3! + ... + a^15/15!: below 1/2 the first omitted term is 2e-20 of the sum
+        const double series =
+            a * (1.0 + x2 * (1.0 / 6.0 +
+                             x2 * (1.0 / 120.0 +
+                                   x2 * (1.0 / 5040.0 +
+                                         x2 * (1.0 / 362880.0 +
+                                               x2 * (1.0 / 39916800.0 +
+                                                     x2 * (1.0 / 6227020800.0 + x2 * (1.0 / 1307674368000.0))))))));
+        const double e = exp_small(a < kInlineEta ? a : kInlineEta);
+        const double sh = a < 0.5 ? series : 0.5 * (e - 1.0 / e);
+        s = std::copysign(sh, x);
+        c = std::sqrt(1.0 + sh * sh);
+        return a <= kInlineEta;
+    }
+    // sin and cos (sinh and cosh) of a small correction.
+    static OX_ALWAYS_INLINE bool correction(double x, double &s, double &c) {
+        small_sincos(x, s, c);
+        return std::fabs(x) <= kSmallAngle;
+    }
+    static OX_ALWAYS_INLINE bool correction_h(double x, double &s, double &c) {
+        small_sinhcosh(x, s, c);
+        return std::fabs(x) <= kSmallAngle;
+    }
+};
+
+// The C library's functions (with the same short cuts where they are exact
+// to the same degree).
+struct TmcExactMath : ExactMath {
+    static double atan2(double y, double x) { return x > 0.0 ? std::atan(y / x) : std::atan2(y, x); }
+    static double log1p(double t) { return std::log1p(t); }
+    static bool log1p_ok(double) { return true; }
+    static bool sinh_cosh(double x, double &s, double &c) {
+        // with m = exp|x| - 1, sinh |x| = m (m + 2) / (2 (m + 1))
+        const double m = std::expm1(std::fabs(x));
+        s = std::copysign(0.5 * m * (m + 2.0) / (m + 1.0), x);
+        c = std::sqrt(1.0 + s * s);
+        return true;
+    }
+    static bool correction(double x, double &s, double &c) {
+        if (std::fabs(x) <= kSmallAngle) {
+            small_sincos(x, s, c);
+        } else {
+            s = std::sin(x);
+            c = std::cos(x);
+        }
+        return true;
+    }
+    static bool correction_h(double x, double &s, double &c) {
+        if (std::fabs(x) <= kSmallAngle) {
+            small_sinhcosh(x, s, c);
+        } else {
+            s = std::sinh(x);
+            c = std::cosh(x);
+        }
+        return true;
+    }
+};
+
+// The function set of this projection's formulas for the shared loop's M.
+template <class M>
+using TmcMath = std::conditional_t<std::is_same_v<M, FastMath>, TmcFastMath, TmcExactMath>;
+
+// The constants of the point formulas.
+struct Tmc {
+    double lon0, ka, inv_ka, northing0, eta_limit, eta_limit_inverse, nan;
+    double alpha[kTerms], beta[kTerms], conformal[kAuxTerms], geodetic[kAuxTerms];
+
+    Tmc() = default;
+    Tmc(const double *v, double lon0_)
+        : lon0(lon0_),
+          ka(v[kScaledRadius]),
+          inv_ka(1.0 / v[kScaledRadius]),
+          northing0(v[kOriginNorthing]),
+          eta_limit(v[kEtaLimit]),
+          eta_limit_inverse(v[kEtaLimit] * (1.0 + 1e-12)),  // room for the rounding of a point on the border
+          nan(failure_nan()) {
+        for (int k = 0; k < kTerms; ++k) {
+            alpha[k] = v[kAlpha + k];
+            beta[k] = v[kBeta + k];
+        }
+        for (int k = 0; k < kAuxTerms; ++k) {
+            conformal[k] = v[kChi + k];
+            geodetic[k] = v[kPhi + k];
+        }
+    }
+};
+
+// Forward: (longitude, latitude) in radians to (x, y) in metres; the failure
+// value outside the domain and for non-finite coordinates.
+struct Forward {
+    template <class Shared>
+    static OX_ALWAYS_INLINE bool apply(const Tmc &k, double lon, double lat, double &x, double &y) {
+        using M = TmcMath<Shared>;
+        const double d = lon - k.lon0;
+        const double lam = M::reduce(d);
+        // (latitudes beyond a pole are taken at the pole; infinities are not)
+        const bool beyond_pole = (std::fabs(lat) > kHalfPi) & (std::fabs(lat) <= kLargest);
+        const double phi = beyond_pole ? std::copysign(kHalfPi, lat) : lat;
+        double sphi, cphi, slam, clam;
+        M::sincos(phi, sphi, cphi);
+        M::sincos(lam, slam, clam);
+        // Conformal latitude chi = phi + delta.
+        const double delta = aux_series(k.conformal, 0.0, sphi, cphi);
+        double sdelta, cdelta;
+        const bool small = M::correction(delta, sdelta, cdelta);
+        const double schi = sphi * cdelta + cphi * sdelta;
+        const double cchi = cphi * cdelta - sphi * sdelta;
+        // Transverse Mercator of the conformal sphere: with u = cos chi sin L,
+        // w = cos chi cos L and D^2 = sin^2 chi + w^2 = 1 - u^2,
+        //   sin xi' = sin chi / D, cos xi' = w / D, sinh eta' = u / D, cosh eta' = 1 / D,
+        // and exp(2|eta'|) = (1 + |u|) / (1 - |u|) = 1 + 2|u| (1 + |u|) / D^2.
+        const double u = cchi * slam, w = cchi * clam;
+        const double inv_d2 = 1.0 / (schi * schi + w * w);
+        const double au = std::fabs(u);
+        const double t = 2.0 * au * (1.0 + au) * inv_d2;
+        const double etap = std::copysign(0.5 * M::log1p(t), u);
+        const double xip = M::atan2(schi, w);
+        // Krueger's series.
+        double re, im;
+        complex_sine_series(k.alpha, 2.0 * schi * w * inv_d2, (w - schi) * (w + schi) * inv_d2, 2.0 * u * inv_d2,
+                            (1.0 + u * u) * inv_d2, re, im);
+        const double xr = k.ka * (etap + im);
+        const double yr = k.ka * (xip + re) - k.northing0;
+        // (bitwise operators: no branch in the vectorised loop)
+        const bool fail = !(std::fabs(etap) <= k.eta_limit) | !(std::fabs(xr) <= kLargest) |
+                          !(std::fabs(yr) <= kLargest);
+        x = fail ? k.nan : xr;
+        y = fail ? k.nan : yr;
+        return M::reduce_ok(d) & M::sincos_ok(phi) & small & M::log1p_ok(t);
+    }
+};
+
+// Inverse: (x, y) in metres to (longitude, latitude) in radians; the failure
+// value outside the image of the domain and for non-finite coordinates.
+struct Inverse {
+    template <class Shared>
+    static OX_ALWAYS_INLINE bool apply(const Tmc &k, double x, double y, double &lon, double &lat) {
+        using M = TmcMath<Shared>;
+        const double xi = (y + k.northing0) * k.inv_ka;
+        const double eta_in = x * k.inv_ka;
+        // The image of the globe is the strip |xi| <= pi (both sides of the
+        // meridian 90 degrees from the central one).
+        const bool in_strip = (std::fabs(xi) <= kPi * (1.0 + 1e-12)) & (std::fabs(eta_in) <= kLargest);
+        const double eta = std::fabs(eta_in) > kEtaSaturation ? std::copysign(kEtaSaturation, eta_in) : eta_in;
+        double sxi, cxi, sheta, cheta;
+        M::sincos(xi, sxi, cxi);
+        const bool eta_ok = M::sinh_cosh(eta, sheta, cheta);
+        // Krueger's series back to the conformal sphere: zeta' = zeta - (re + i im).
+        double re, im;
+        complex_sine_series(k.beta, 2.0 * sxi * cxi, (cxi - sxi) * (cxi + sxi), 2.0 * sheta * cheta,
+                            cheta * cheta + sheta * sheta, re, im);
+        const double etap = eta - im;
+        // The functions of xi' and eta' by the addition theorems.
+        double sre, cre, sim, cim;
+        const bool small = M::correction(re, sre, cre) & M::correction_h(im, sim, cim);
+        const double sxip = sxi * cre - cxi * sre, cxip = cxi * cre + sxi * sre;
+        const double shetap = sheta * cim - cheta * sim, chetap = cheta * cim - sheta * sim;
+        // Back from the conformal sphere: the longitude difference and chi,
+        // with q = hypot(sinh eta', cos xi') and hypot(sin xi', q) = cosh eta';
+        // q > 0 but at a pole, where sin xi' / q is infinite and chi +-pi/2.
+        const double q = std::sqrt(shetap * shetap + cxip * cxip);
+        const double lam = M::atan2(shetap, cxip);
+        const double chi = M::atan(sxip / q);
+        const double inv_chetap = 1.0 / chetap;
+        const double phi = aux_series(k.geodetic, chi, sxip * inv_chetap, q * inv_chetap);
+        const double l = lam + k.lon0;
+        const double lon_r = M::reduce(l);
+        const bool fail = !in_strip | !(std::fabs(etap) <= k.eta_limit_inverse) | !(std::fabs(lon_r) <= kPi) |
+                          !(std::fabs(phi) <= kHalfPi + 1e-15);
+        lon = fail ? k.nan : lon_r;
+        lat = fail ? k.nan : phi;
+        return M::sincos_ok(xi) & eta_ok & small & M::reduce_ok(l);
+    }
+};
+
+// Gives every failed point the failure value in both coordinates and
+// returns the number of the others.
+int32_t count_converted(int32_t n, double *points) {
+    const double nan = failure_nan();
+    int32_t count = 0;
+    for (int32_t i = 0; i < n; ++i) {
+        double *p = points + 2 * static_cast<size_t>(i);
+        if (std::isnan(p[0]) || std::isnan(p[1])) {
+            p[0] = p[1] = nan;
+        } else {
+            ++count;
+        }
+    }
+    return count;
+}
+
+// The constants of the system, or computed for this call, for the formulas
+// (false, with every point failed, when there are none).
+bool point_constants(const double spheroid[2], const double parameters[16], int32_t n, double *points,
+                     const int32_t *header, const double *values, Tmc &k) {
+    double local[kValueCount];
+    const double *v = select_values(spheroid, parameters, header, values, local);
+    if (v == nullptr || parameters == nullptr || !std::isfinite(parameters[kSlotLon0])) {
+        fail_points(n, points);
+        return false;
+    }
+    k = Tmc(v, parameters[kSlotLon0]);
+    return true;
+}
+
 }  // namespace
 
 OX_CONSTANTS_ROUTINE(tm_complex_constants) {
@@ -247,164 +514,24 @@ OX_CONSTANTS_ROUTINE(tm_complex_constants) {
     return store_constants(c, local, kValueCount);
 }
 
-OX_PROJECTION_ROUTINE(tm_complex_forward) {
+// The routines with the driver's units (null: none) and the plain ones.
+OX_UNITS_ROUTINE(tm_complex_forward_units) {
     if (points == nullptr || n <= 0) return 0;
-    double local[kValueCount];
-    const double *v = select_values(spheroid, parameters, constants_header, constants_values, local);
-    const double lam0 = parameters != nullptr ? parameters[2] : failure_nan();
-    if (v == nullptr || !std::isfinite(lam0)) {
-        fail_points(n, points);
-        return 0;
-    }
-    const double ka = v[kScaledRadius], northing0 = v[kOriginNorthing], eta_limit = v[kEtaLimit];
-    const double *alpha = v + kAlpha, *conformal = v + kChi;
-    const double nan = failure_nan();
-
-    ComplexSums z;
-    double xip[kBlock], etap[kBlock];
-    bool ok[kBlock];
-    int32_t count = 0;
-    for (int32_t start = 0; start < n; start += kBlock) {
-        const int m = n - start < kBlock ? static_cast<int>(n - start) : kBlock;
-        double *block = points + 2 * start;
-        // The conformal sphere: zeta' and the functions of 2 zeta'.
-        for (int i = 0; i < m; ++i) {
-            const double *p = block + 2 * i;
-            ok[i] = false;
-            xip[i] = etap[i] = z.sin2xi[i] = z.cos2xi[i] = z.sinh2eta[i] = z.cosh2eta[i] = 0.0;
-            double phi = p[1];
-            if (!std::isfinite(p[0]) || !std::isfinite(phi)) continue;
-            if (std::fabs(phi) > kHalfPi) phi = std::copysign(kHalfPi, phi);
-            double lam = p[0] - lam0;
-            if (!(std::fabs(lam) <= kPi)) lam = ox_delta(lam);  // (ox_delta is the identity within [-pi, pi])
-            const double sphi = std::sin(phi), cphi = std::cos(phi);
-            const double slam = std::sin(lam), clam = std::cos(lam);
-            // Conformal latitude chi = phi + delta.
-            const double delta = aux_series(conformal, 0.0, sphi, cphi);
-            double sdelta, cdelta;
-            correction_sincos(delta, sdelta, cdelta);
-            const double schi = sphi * cdelta + cphi * sdelta;
-            const double cchi = cphi * cdelta - sphi * sdelta;
-            // Transverse Mercator of the conformal sphere: with u = cos chi sin L,
-            // w = cos chi cos L and D^2 = sin^2 chi + w^2 = 1 - u^2,
-            //   sin xi' = sin chi / D, cos xi' = w / D, sinh eta' = u / D, cosh eta' = 1 / D,
-            // and exp(2|eta'|) = (1 + |u|) / (1 - |u|) = 1 + 2|u| (1 + |u|) / D^2.
-            const double u = cchi * slam, w = cchi * clam;
-            const double inv_d2 = 1.0 / (schi * schi + w * w);
-            const double au = std::fabs(u);
-            const double eta = std::copysign(0.5 * std::log1p(2.0 * au * (1.0 + au) * inv_d2), u);
-            if (!(std::fabs(eta) <= eta_limit)) continue;
-            ok[i] = true;
-            etap[i] = eta;
-            // (atan is cheaper than atan2 and as accurate in the half plane w > 0)
-            xip[i] = w > 0.0 ? std::atan(schi / w) : std::atan2(schi, w);
-            z.sin2xi[i] = 2.0 * schi * w * inv_d2;
-            z.cos2xi[i] = (w - schi) * (w + schi) * inv_d2;
-            z.sinh2eta[i] = 2.0 * u * inv_d2;
-            z.cosh2eta[i] = (1.0 + u * u) * inv_d2;
-        }
-        // Krueger's series.
-        complex_sine_series(alpha, m, z);
-        for (int i = 0; i < m; ++i) {
-            double *p = block + 2 * i;
-            const double x = ka * (etap[i] + z.im[i]);
-            const double y = ka * (xip[i] + z.re[i]) - northing0;
-            if (ok[i] && std::isfinite(x) && std::isfinite(y)) {
-                p[0] = x;
-                p[1] = y;
-                ++count;
-            } else {
-                p[0] = p[1] = nan;
-            }
-        }
-    }
-    return count;
+    Tmc k{};
+    if (!point_constants(spheroid, parameters, n, points, constants_header, constants_values, k)) return 0;
+    run_forward<Forward>(k, n, points, units);
+    return count_converted(n, points);
 }
 
-OX_PROJECTION_ROUTINE(tm_complex_inverse) {
+OX_UNITS_ROUTINE(tm_complex_inverse_units) {
     if (points == nullptr || n <= 0) return 0;
-    double local[kValueCount];
-    const double *v = select_values(spheroid, parameters, constants_header, constants_values, local);
-    const double lam0 = parameters != nullptr ? parameters[2] : failure_nan();
-    if (v == nullptr || !std::isfinite(lam0)) {
-        fail_points(n, points);
-        return 0;
-    }
-    const double inv_ka = 1.0 / v[kScaledRadius], northing0 = v[kOriginNorthing];
-    // The limit of the forward, with room for the rounding of a point on it.
-    const double eta_limit = v[kEtaLimit] * (1.0 + 1e-12);
-    const double *beta = v + kBeta, *geodetic = v + kPhi;
-    const double nan = failure_nan();
-
-    ComplexSums z;
-    double sxi[kBlock], cxi[kBlock], sheta[kBlock], cheta[kBlock], eta[kBlock];
-    bool ok[kBlock];
-    int32_t count = 0;
-    for (int32_t start = 0; start < n; start += kBlock) {
-        const int m = n - start < kBlock ? static_cast<int>(n - start) : kBlock;
-        double *block = points + 2 * start;
-        // zeta = (y + northing of the origin, x) / (k0 A) and the functions of 2 zeta.
-        for (int i = 0; i < m; ++i) {
-            const double *p = block + 2 * i;
-            ok[i] = false;
-            sxi[i] = cxi[i] = sheta[i] = cheta[i] = eta[i] = 0.0;
-            z.sin2xi[i] = z.cos2xi[i] = z.sinh2eta[i] = z.cosh2eta[i] = 0.0;
-            const double xi = (p[1] + northing0) * inv_ka;
-            double e = p[0] * inv_ka;
-            // The image of the globe is the strip |xi| <= pi (both sides of the
-            // meridian 90 degrees from the central one).
-            if (!std::isfinite(p[0]) || !std::isfinite(p[1]) || !(std::fabs(xi) <= kPi * (1.0 + 1e-12))) continue;
-            if (std::fabs(e) > kEtaSaturation) e = std::copysign(kEtaSaturation, e);
-            ok[i] = true;
-            eta[i] = e;
-            const double s = std::sin(xi), c = std::cos(xi);
-            // sinh and cosh from one exponential: with m = exp(eta) - 1,
-            // sinh eta = m (m + 2) / (2 (m + 1)).
-            const double em = std::expm1(std::fabs(e));
-            const double sh = std::copysign(0.5 * em * (em + 2.0) / (em + 1.0), e), ch = std::sqrt(1.0 + sh * sh);
-            sxi[i] = s;
-            cxi[i] = c;
-            sheta[i] = sh;
-            cheta[i] = ch;
-            z.sin2xi[i] = 2.0 * s * c;
-            z.cos2xi[i] = (c - s) * (c + s);
-            z.sinh2eta[i] = 2.0 * sh * ch;
-            z.cosh2eta[i] = ch * ch + sh * sh;
-        }
-        // Krueger's series back to the conformal sphere: zeta' = zeta - (re + i im).
-        complex_sine_series(beta, m, z);
-        for (int i = 0; i < m; ++i) {
-            double *p = block + 2 * i;
-            const double re = z.re[i], im = z.im[i];
-            if (!ok[i] || !(std::fabs(eta[i] - im) <= eta_limit)) {
-                p[0] = p[1] = nan;
-                continue;
-            }
-            // The functions of xi' and eta' by the addition theorems.
-            double sre, cre, sim, cim;
-            correction_sincos(re, sre, cre);
-            correction_sinhcosh(im, sim, cim);
-            const double sxip = sxi[i] * cre - cxi[i] * sre, cxip = cxi[i] * cre + sxi[i] * sre;
-            const double shetap = sheta[i] * cim - cheta[i] * sim, chetap = cheta[i] * cim - sheta[i] * sim;
-            // Back from the conformal sphere: the longitude difference and chi,
-            // with q = hypot(sinh eta', cos xi') and hypot(sin xi', q) = cosh eta'.
-            const double q = std::sqrt(shetap * shetap + cxip * cxip);
-            const double lam = cxip > 0.0 ? std::atan(shetap / cxip) : std::atan2(shetap, cxip);
-            const double inv_chetap = 1.0 / chetap;
-            const double chi = std::atan(sxip / q);  // q > 0 but at a pole, where this is +-pi/2
-            const double phi = aux_series(geodetic, chi, sxip * inv_chetap, q * inv_chetap);
-            double lon = lam + lam0;
-            if (!(std::fabs(lon) <= kPi)) lon = ox_delta(lon);
-            if (std::isfinite(lon) && std::isfinite(phi)) {
-                p[0] = lon;
-                p[1] = phi;
-                ++count;
-            } else {
-                p[0] = p[1] = nan;
-            }
-        }
-    }
-    return count;
+    Tmc k{};
+    if (!point_constants(spheroid, parameters, n, points, constants_header, constants_values, k)) return 0;
+    run_inverse<Inverse>(k, n, points, units);
+    return count_converted(n, points);
 }
+
+OX_PLAIN_ROUTINE(tm_complex_forward)
+OX_PLAIN_ROUTINE(tm_complex_inverse)
 
 }  // namespace ox
