@@ -6,8 +6,10 @@
 
 namespace ox {
 namespace {
-int64_t g_fail_countdown = 0;  // 0: never fail
-int64_t g_allocations = 0;
+// Per thread, so that callers on several threads never share them.
+thread_local int64_t g_fail_countdown = 0;  // 0: never fail
+thread_local int64_t g_allocations = 0;
+thread_local int64_t g_live = 0;  // blocks allocated and not yet released
 
 bool injected_failure() {
     ++g_allocations;
@@ -18,18 +20,27 @@ bool injected_failure() {
 
 void *mem_alloc(size_t size) {
     if (size < 1 || injected_failure()) return nullptr;
-    return std::malloc(size);
+    void *p = std::malloc(size);
+    if (p != nullptr) ++g_live;
+    return p;
 }
 
 void *mem_calloc(size_t count, size_t size) {
     if (count < 1 || size < 1 || injected_failure()) return nullptr;
-    return std::calloc(count, size);
+    void *p = std::calloc(count, size);
+    if (p != nullptr) ++g_live;
+    return p;
 }
 
-void mem_free(void *p) { std::free(p); }
+void mem_free(void *p) {
+    if (p == nullptr) return;
+    --g_live;
+    std::free(p);
+}
 
 void mem_fail_after(int64_t n) { g_fail_countdown = n > 0 ? n : 0; }
 int64_t mem_allocation_count() { return g_allocations; }
+int64_t mem_live_count() { return g_live; }
 
 }  // namespace ox
 

@@ -308,7 +308,9 @@ void write_object(ox_object *h, int32_t option, TextOut &out) {
     }
     // Option 1 asks for the authority of the outermost object only, 2 for
     // every object; any other value writes none and is passed on unchanged.
-    const int32_t sub_option = option == 1 ? 0 : option;
+    // A type that writes no authority (array, adjusted system) writes none
+    // inside either.
+    const int32_t sub_option = (option == 1 || !d.writes_authority) ? 0 : option;
     const bool own_authority = (option == 1 || option == 2) && d.writes_authority;
     if (!d.has_name) {
         // A pair of systems without keyword of its own: the parts one after another.

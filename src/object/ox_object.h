@@ -148,10 +148,14 @@ extern const TypeDesc kUnitDesc, kPrimemDesc, kSpheroidDesc, kDatumDesc, kGeogcs
     kVertcsDesc, kHvcoordsysDesc, kGeoxyzcsDesc, kHtmethodDesc, kArrayDesc, kAdjhcsDesc;
 
 // The equality rule for doubles: |a - b| <= ((|a| + |b|) / 2 + 1) * 2^-48.
+// Identical values (equal infinities too) are equal; an infinite difference
+// never is, although the tolerance would then be infinite as well; NaN equals
+// nothing.
 inline bool equal_rule(double a, double b) {
+    if (a == b) return true;
     const double d = a > b ? a - b : b - a;
     const double fa = a < 0 ? -a : a, fb = b < 0 ? -b : b;
-    return d <= ((fa + fb) * 0.5 + 1.0) * kZero;
+    return d <= ((fa + fb) * 0.5 + 1.0) * kZero && d <= 1.7976931348623157e308;
 }
 
 // The description of a type tag, or null for an unknown tag.

@@ -15,8 +15,30 @@ namespace ox {
 // ---------------------------------------------------------------------------
 namespace {
 
+// Character classes of the tokenizer.
+enum CharClass : unsigned char { kOrdinary, kBlank, kQuote, kOpen, kClose, kComma, kEnd };
+struct ClassTable {
+    CharClass cls[256] = {};
+    bool delimiter[256] = {};  // '[', ']', ',' and NUL end an unquoted token
+    constexpr ClassTable() {
+        for (int c = 0; c < 256; ++c) cls[c] = is_space(static_cast<unsigned char>(c)) ? kBlank : kOrdinary;
+        cls[static_cast<unsigned char>('"')] = kQuote;
+        cls[static_cast<unsigned char>('[')] = cls[static_cast<unsigned char>('(')] = kOpen;
+        cls[static_cast<unsigned char>(']')] = cls[static_cast<unsigned char>(')')] = kClose;
+        cls[static_cast<unsigned char>(',')] = kComma;
+        cls[0] = kEnd;
+        delimiter[static_cast<unsigned char>('[')] = delimiter[static_cast<unsigned char>(']')] = true;
+        delimiter[static_cast<unsigned char>(',')] = delimiter[0] = true;
+    }
+};
+constexpr ClassTable kChars;
+
+inline CharClass class_of(const char *p) { return kChars.cls[static_cast<unsigned char>(*p)]; }
+
 // Stage 1: copies the text into the work area without white space outside
 // quotes, with '(' and ')' turned into brackets, checking the punctuation.
+// No more than 1023 characters are written: a further character, even one
+// that would be dropped, fails the text.
 int normalise(Tokens *w, const char *p) {
     while (is_space(static_cast<unsigned char>(*p))) ++p;
     if (*p == '\0') return kTokNoText;
@@ -25,53 +47,78 @@ int normalise(Tokens *w, const char *p) {
 
     char *out = w->text;
     int n = 0;
-    out[n++] = *p++;
-    bool in_quotes = false;
     bool after_bracket = false;  // the last character copied outside quotes was ']'
     int depth = 0;
-    for (; *p != '\0'; ++p) {
+    // The first character, then runs of ordinary characters, are copied whole.
+    const char *run = p++;
+    while (class_of(p) == kOrdinary) ++p;
+    for (;;) {
+        if (run != nullptr) {
+            const int len = static_cast<int>(p - run);
+            if (len > kMaxObjstringText - n) return kTokTooLong;
+            std::memcpy(out + n, run, static_cast<size_t>(len));
+            n += len;
+            run = nullptr;
+        }
+        const CharClass c = class_of(p);
+        if (c == kEnd) break;
         if (n >= kMaxObjstringText) return kTokTooLong;
-        const auto c = static_cast<unsigned char>(*p);
-        if (c == '"') {
-            if (!in_quotes) {
+        switch (c) {
+            case kOrdinary:
                 if (after_bracket) return kTokBadCharacter;
-                in_quotes = true;
+                run = p++;
+                while (class_of(p) == kOrdinary) ++p;
+                continue;
+            case kBlank: ++p; continue;
+            case kComma:
+                out[n++] = ',';
+                after_bracket = false;
+                ++p;
+                continue;
+            case kOpen:
+                if (after_bracket) return kTokBadCharacter;
+                out[n++] = '[';
+                ++depth;
+                ++p;
+                continue;
+            case kClose:
+                if (depth == 0) break;  // a stray closing bracket ends the text uncopied
+                out[n++] = ']';
+                after_bracket = true;
+                ++p;
+                if (--depth == 0) break;  // the outermost object is complete
+                continue;
+            case kQuote: {
+                if (after_bracket) return kTokBadCharacter;
                 out[n++] = '"';
-                while (is_space(static_cast<unsigned char>(p[1]))) ++p;
-            } else {
-                while (n > 0 && out[n - 1] == ' ') --n;
-                in_quotes = false;
+                ++p;
+                while (is_space(static_cast<unsigned char>(*p))) ++p;  // blanks after the opening quote
+                // Inside quotes every character is copied, white space as a blank.
+                for (;;) {
+                    const char q = *p;
+                    if (q == '\0') {
+                        out[n] = '\0';
+                        return kTokUnbalanced;
+                    }
+                    if (n >= kMaxObjstringText) return kTokTooLong;
+                    if (q == '"') break;
+                    out[n++] = is_space(static_cast<unsigned char>(q)) ? ' ' : q;
+                    ++p;
+                }
+                while (n > 0 && out[n - 1] == ' ') --n;  // blanks before the closing quote
                 out[n++] = '"';
-                while (is_space(static_cast<unsigned char>(p[1]))) ++p;
-                const char next = p[1];
-                if (next != ',' && next != ']' && next != ')') return kTokBadCharacter;
+                ++p;
+                while (is_space(static_cast<unsigned char>(*p))) ++p;
+                if (*p != ',' && *p != ']' && *p != ')') return kTokBadCharacter;
+                after_bracket = false;
+                continue;
             }
-            after_bracket = false;
-            continue;
+            case kEnd: break;
         }
-        if (in_quotes) {
-            out[n++] = is_space(c) ? ' ' : static_cast<char>(c);
-            continue;
-        }
-        if (is_space(c)) continue;
-        const bool closing = c == ']' || c == ')';
-        if (after_bracket && !closing && c != ',') return kTokBadCharacter;
-        if (c == '[' || c == '(') {
-            out[n++] = '[';
-            ++depth;
-            after_bracket = false;
-        } else if (closing) {
-            if (depth == 0) break;  // a stray closing bracket ends the text uncopied
-            out[n++] = ']';
-            after_bracket = true;
-            if (--depth == 0) break;  // the outermost object is complete
-        } else {
-            out[n++] = static_cast<char>(c);
-            after_bracket = false;
-        }
+        break;
     }
     out[n] = '\0';
-    if (in_quotes || depth != 0) return kTokUnbalanced;
+    if (depth != 0) return kTokUnbalanced;
     return kTokOk;
 }
 
@@ -81,13 +128,6 @@ int split(Tokens *w) {
     int depth = 0;
     char previous = '\0';
     int count = 0;
-    auto add = [&](const char *token) {
-        if (count >= kMaxTokens) return false;
-        w->token[count] = token;
-        w->depth[count] = depth;
-        ++count;
-        return true;
-    };
     while (*s != '\0') {
         char *token;
         char *delimiter;
@@ -99,21 +139,26 @@ int split(Tokens *w) {
             delimiter = close + 1;
         } else {
             token = s;
-            delimiter = s + std::strcspn(s, "[],");
+            delimiter = s;
+            while (!kChars.delimiter[static_cast<unsigned char>(*delimiter)]) ++delimiter;
         }
         const char d = *delimiter;
         if (d == '\0') break;
         *delimiter = '\0';
         s = delimiter + 1;
+        const bool keep = d == '[' || (d == ']' && *token != '\0') ||
+                          (d == ',' && (*token != '\0' || previous != ']'));
+        if (keep) {
+            if (count >= kMaxTokens) return kTokTooManyTokens;
+            w->token[count] = token;
+            w->depth[count] = depth;
+            ++count;
+        }
         if (d == '[') {
-            if (!add(token)) return kTokTooManyTokens;
             ++depth;
         } else if (d == ']') {
-            if (*token != '\0' && !add(token)) return kTokTooManyTokens;
             if (--depth <= 0) break;
-        } else if (d == ',') {
-            if ((*token != '\0' || previous != ']') && !add(token)) return kTokTooManyTokens;
-        } else {
+        } else if (d != ',') {
             break;  // a quoted token not followed by a delimiter: the text ends
         }
         previous = d;
@@ -145,23 +190,6 @@ namespace {
 
 char g_decimal_point = '\0';
 
-// Fixed-point text of `value` with `precision` decimals, trailing zeros
-// stripped and a bare decimal point completed with "0".
-int fixed_trimmed(double value, int precision, char *out, size_t size) {
-    auto r = std::to_chars(out, out + size - 1, value, std::chars_format::fixed, precision);
-    if (r.ec != std::errc()) {
-        out[0] = '\0';
-        return 0;
-    }
-    char *end = r.ptr;
-    if (std::memchr(out, '.', static_cast<size_t>(end - out)) != nullptr) {
-        while (end > out && end[-1] == '0') --end;
-        if (end > out && end[-1] == '.') *end++ = '0';
-    }
-    *end = '\0';
-    return static_cast<int>(end - out);
-}
-
 }  // namespace
 
 char locale_decimal_point() {
@@ -172,50 +200,114 @@ char locale_decimal_point() {
     return g_decimal_point;
 }
 
-// The number writer of object strings.  Output is the same text as printing
-// with the C library's %e / %f / %g formats at the widths of the classic
-// algorithm and trimming (widths only pad), produced here with the exact
-// shortest-path conversions of <charconv>.
+namespace {
+
+// Writes the decimal digits `digits` (most significant first; the first one
+// stands for 10^exponent) in fixed notation with `decimals` decimals, with
+// trailing zeros stripped and a bare decimal point completed with "0".
+int fixed_from_digits(bool negative, const char *digits, int count, int exponent, int decimals, char *out) {
+    char *o = out;
+    if (negative) *o++ = '-';
+    auto digit_at = [&](int power) {  // digit standing for 10^power
+        const int i = exponent - power;
+        return (i >= 0 && i < count) ? digits[i] : '0';
+    };
+    for (int power = exponent > 0 ? exponent : 0; power >= 0; --power) *o++ = digit_at(power);
+    if (decimals > 0) {  // no decimal point with no decimals, as %.0f prints
+        char *dot = o;
+        *o++ = '.';
+        for (int power = -1; power >= -decimals; --power) *o++ = digit_at(power);
+        while (o > dot + 1 && o[-1] == '0') --o;
+        if (o == dot + 1) *o++ = '0';
+    }
+    *o = '\0';
+    return static_cast<int>(o - out);
+}
+
+// Significant digits and decimal exponent of a %.{precision}e text.
+struct Scientific {
+    char sig[24];
+    int count = 0;
+    int exponent = 0;
+    bool negative = false;
+};
+
+Scientific scientific(double value, int precision) {
+    char t[48];
+    const auto r = std::to_chars(t, t + sizeof t, value, std::chars_format::scientific, precision);
+    const char *e = r.ptr - 1;
+    while (*e != 'e') --e;
+    Scientific s;
+    int x = 0;
+    for (const char *c = e + 2; c < r.ptr; ++c) x = 10 * x + (*c - '0');
+    s.exponent = e[1] == '-' ? -x : x;
+    const char *c = t;
+    if (*c == '-') {
+        s.negative = true;
+        ++c;
+    }
+    for (; c < e; ++c)
+        if (*c != '.') s.sig[s.count++] = *c;
+    return s;
+}
+
+}  // namespace
+
+// The number writer of object strings.  It gives the text that the classic
+// C library algorithm gives (print with %.15e; when the exponent is below 12
+// and the 14th and 15th significant digits are "00" or "99", use 15
+// significant digits instead of 16; print in fixed form with as many decimals
+// as those digits need, trailing zeros stripped; below 1e-9, or when the
+// fixed text exceeds 24 characters, print with %g; from 1e16 on, with %e),
+// built from one exact scientific conversion where the digits suffice.
 int format_double(double value, char *out, int digits) {
     if (!std::isfinite(value)) {
         const char *s = std::isnan(value) ? "nan" : (value < 0 ? "-inf" : "inf");
         std::strcpy(out, s);
         return static_cast<int>(std::strlen(s));
     }
-    const int precision = digits == 16 ? 15 : digits;
-    char etext[48];
-    auto r = std::to_chars(etext, etext + sizeof etext - 1, value, std::chars_format::scientific, precision);
-    *r.ptr = '\0';
-    const char *epos = std::strrchr(etext, 'e');
-    const int e = epos ? std::atoi(epos + 1) : 0;
-
-    if (digits == 16 && e < 12) {
-        // The 14th and 15th significant digits, just before the last one:
-        // "00" or "99" there is representation noise in the 16th digit.
-        const char *m = etext[0] == '-' ? etext + 1 : etext;  // d.ddddddddddddddd
-        if ((m[14] == '0' && m[15] == '0') || (m[14] == '9' && m[15] == '9')) digits = 15;
+    Scientific d = scientific(value, digits == 16 ? 15 : digits);
+    const int e = d.exponent;
+    if (digits == 16 && e < 12 &&
+        ((d.sig[13] == '0' && d.sig[14] == '0') || (d.sig[13] == '9' && d.sig[14] == '9'))) {
+        // The 16th digit is representation noise: 15 significant digits.
+        digits = 15;
+        if (d.sig[15] == '5') {
+            d = scientific(value, 14);  // a 5 may itself come from rounding: convert again, exactly
+        } else {
+            // Round the 16 digits to 15: below 5 the digit drops, above 5 it
+            // carries (a 5 was handled above); the result equals rounding the
+            // value itself.
+            d.count = 15;
+            if (d.sig[15] > '5') {
+                int i = 14;
+                while (i >= 0 && d.sig[i] == '9') d.sig[i--] = '0';
+                if (i >= 0) {
+                    ++d.sig[i];
+                } else {  // 9.99...9 became 10.0...0
+                    d.sig[0] = '1';
+                    ++d.exponent;
+                }
+            }
+        }
     }
     const int q = digits - e - 1;
-    char text[400];
-    int len;
-    if (e < 0) {
-        len = fixed_trimmed(value, q, text, sizeof text);
-        if (len > 24 || e < -9) {
-            auto g = std::to_chars(text, text + sizeof text - 1, value, std::chars_format::general, digits - 1);
-            *g.ptr = '\0';
-            len = static_cast<int>(g.ptr - text);
+    if (e >= 0 && q >= 0) return fixed_from_digits(d.negative, d.sig, d.count, d.exponent, q, out);
+    if (e < 0 && e >= -9) {
+        char text[48];
+        const int len = fixed_from_digits(d.negative, d.sig, d.count, d.exponent, q, text);
+        if (len <= 24) {
+            std::memcpy(out, text, static_cast<size_t>(len) + 1);
+            return len;
         }
-    } else if (q >= 0) {
-        len = fixed_trimmed(value, q, text, sizeof text);
-    } else {
-        // More integer digits than significant ones: exponent form with the
-        // default six decimals (precision is lost from 1e16 on, as before).
-        auto x = std::to_chars(text, text + sizeof text - 1, value, std::chars_format::scientific, 6);
-        *x.ptr = '\0';
-        len = static_cast<int>(x.ptr - text);
     }
-    std::memcpy(out, text, static_cast<size_t>(len) + 1);
-    return len;
+    // Below 1e-9 or longer than 24 characters: the general form; from 1e16
+    // on, the exponent form with the default six decimals (precision is lost
+    // there, as before).
+    const auto r = e < 0 ? std::to_chars(out, out + 47, value, std::chars_format::general, digits - 1)
+                         : std::to_chars(out, out + 47, value, std::chars_format::scientific, 6);
+    *r.ptr = '\0';
+    return static_cast<int>(r.ptr - out);
 }
 
 bool read_number(const char *token, double *value) {
@@ -243,25 +335,11 @@ bool read_number(const char *token, double *value) {
 // ---------------------------------------------------------------------------
 // Bounded text output
 // ---------------------------------------------------------------------------
-void TextOut::put(const char *s, size_t n) {
-    if (!ok) return;
-    if (len + n + 1 > cap) {
-        ok = false;
+void TextOut::put_number(double v) {
+    if (len + 48 < cap) {  // room for any number: write in place
+        len += static_cast<size_t>(format_double(v, buf + len, 16));
         return;
     }
-    std::memcpy(buf + len, s, n);
-    len += n;
-}
-
-void TextOut::put(const char *s) { put(s, std::strlen(s)); }
-
-void TextOut::put_quoted(const char *s) {
-    put_char('"');
-    put(s);
-    put_char('"');
-}
-
-void TextOut::put_number(double v) {
     char t[48];
     const int n = format_double(v, t, 16);
     put(t, static_cast<size_t>(n));

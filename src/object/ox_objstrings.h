@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "ox.h"
 
@@ -37,7 +38,7 @@ int tokenize_object_string(Tokens *work, const char *text, const char *keyword);
 
 // Writes `value` with `digits` significant digits (always 16 in object
 // strings) and the "00"/"99" rule; '.' is always the decimal point.  `out`
-// must hold 32 characters.  Returns the length.
+// must hold 48 characters.  Returns the length.
 int format_double(double value, char *out, int digits = 16);
 
 // Reads a number token the way the object strings define it: leading number,
@@ -59,11 +60,28 @@ struct TextOut {
     TextOut(char *b, size_t c) : buf(b), cap(c) {
         if (cap > 0) buf[0] = '\0';
     }
-    void put(const char *s, size_t n);
-    void put(const char *s);
-    void put_char(char c) { put(&c, 1); }
-    void put_quoted(const char *s);  // "s"
-    void put_number(double v);       // format_double, 16 digits
+    void put(const char *s, size_t n) {
+        if (len + n + 1 > cap) {
+            ok = false;
+            return;
+        }
+        std::memcpy(buf + len, s, n);
+        len += n;
+    }
+    void put(const char *s) { put(s, std::strlen(s)); }
+    void put_char(char c) {
+        if (len + 2 > cap) {
+            ok = false;
+            return;
+        }
+        buf[len++] = c;
+    }
+    void put_quoted(const char *s) {
+        put_char('"');
+        put(s);
+        put_char('"');
+    }
+    void put_number(double v);  // format_double, 16 digits
     void put_int(int64_t v);
     // Terminates the text, or leaves "" when something did not fit.
     void finish();

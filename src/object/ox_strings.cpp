@@ -16,13 +16,30 @@ size_t copy_bounded(char *dst, const char *src, size_t size) {
     return n;
 }
 
+namespace {
+
+// Per byte: 1 for the characters the name comparison skips.
+struct SkipTable {
+    bool skip[256] = {};
+    unsigned char lower[256] = {};
+    constexpr SkipTable() {
+        for (int c = 0; c < 256; ++c) {
+            skip[c] = is_name_separator(static_cast<unsigned char>(c));
+            lower[c] = static_cast<unsigned char>(to_lower(static_cast<unsigned char>(c)));
+        }
+    }
+};
+constexpr SkipTable kFold;
+
+}  // namespace
+
 int name_compare_n(const char *a, const char *b, size_t n) {
     const unsigned char *p = reinterpret_cast<const unsigned char *>(a ? a : "");
     const unsigned char *q = reinterpret_cast<const unsigned char *>(b ? b : "");
     for (size_t k = 0; k < n; ++k) {
-        while (is_name_separator(*p)) ++p;
-        while (is_name_separator(*q)) ++q;
-        const int ca = to_lower(*p), cb = to_lower(*q);
+        while (kFold.skip[*p]) ++p;
+        while (kFold.skip[*q]) ++q;
+        const int ca = kFold.lower[*p], cb = kFold.lower[*q];
         if (ca != cb) return ca - cb;
         if (ca == 0) return 0;
         ++p;
@@ -31,7 +48,19 @@ int name_compare_n(const char *a, const char *b, size_t n) {
     return 0;
 }
 
-int name_compare(const char *a, const char *b) { return name_compare_n(a, b, static_cast<size_t>(-1)); }
+int name_compare(const char *a, const char *b) {
+    const unsigned char *p = reinterpret_cast<const unsigned char *>(a ? a : "");
+    const unsigned char *q = reinterpret_cast<const unsigned char *>(b ? b : "");
+    for (;;) {
+        while (kFold.skip[*p]) ++p;
+        while (kFold.skip[*q]) ++q;
+        const int ca = kFold.lower[*p], cb = kFold.lower[*q];
+        if (ca != cb) return ca - cb;
+        if (ca == 0) return 0;
+        ++p;
+        ++q;
+    }
+}
 
 int prefix_compare(const char *s, const char *pattern) {
     size_t significant = 0;

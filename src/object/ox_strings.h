@@ -8,13 +8,13 @@
 namespace ox {
 
 // ASCII-only character classes (independent of the C locale).
-inline bool is_space(unsigned char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-inline bool is_digit(unsigned char c) { return c >= '0' && c <= '9'; }
-inline bool is_alpha(unsigned char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; }
-inline int to_lower(unsigned char c) { return (c >= 'A' && c <= 'Z') ? c + 32 : c; }
-inline int to_upper(unsigned char c) { return (c >= 'a' && c <= 'z') ? c - 32 : c; }
+constexpr bool is_space(unsigned char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+constexpr bool is_digit(unsigned char c) { return c >= '0' && c <= '9'; }
+constexpr bool is_alpha(unsigned char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; }
+constexpr int to_lower(unsigned char c) { return (c >= 'A' && c <= 'Z') ? c + 32 : c; }
+constexpr int to_upper(unsigned char c) { return (c >= 'a' && c <= 'z') ? c - 32 : c; }
 // Characters that the name comparison skips: white space, '-' and '_'.
-inline bool is_name_separator(unsigned char c) { return is_space(c) || c == '-' || c == '_'; }
+constexpr bool is_name_separator(unsigned char c) { return is_space(c) || c == '-' || c == '_'; }
 
 // Copies at most size - 1 characters and always terminates; returns the
 // number copied.  A null source copies "".

@@ -24,7 +24,7 @@ double elliptic_e(double e2);
 // Incomplete elliptic integral of the second kind E(phi, e) for e^2 = e2.
 double elliptic_e_phi(double phi, double e2);
 
-// Third flattening n = (1 - sqrt(1 - e2)) / (1 + sqrt(1 - e2)).
+// Third flattening n = (1 - sqrt(1 - e2)) / (1 + sqrt(1 - e2)), NaN when e2 > 1.
 double third_flattening(double e2);
 
 }  // namespace ox
@@ -38,6 +38,19 @@ namespace ox {
 // per spheroid (for the constants blocks of the projections) by the routines
 // below, forward (geodetic to auxiliary) and inverse.
 inline constexpr int kAuxTerms = 9;
+// The six series, each a table of polynomials in the third flattening n.
+enum class AuxSeries {
+    ConformalForward,
+    ConformalInverse,
+    AuthalicForward,
+    AuthalicInverse,
+    RectifyingForward,
+    RectifyingInverse,
+};
+// The coefficients of one series for the third flattening n (one direction
+// only: the exported conversions need no more).
+void aux_coefficients(AuxSeries series, double n, double c[kAuxTerms]);
+// Both directions for the spheroid e2; NaN coefficients when e2 is not below 1.
 void conformal_coefficients(double e2, double forward[kAuxTerms], double inverse[kAuxTerms]);
 void authalic_coefficients(double e2, double forward[kAuxTerms], double inverse[kAuxTerms]);
 void rectifying_coefficients(double e2, double forward[kAuxTerms], double inverse[kAuxTerms]);

@@ -60,10 +60,19 @@ double carlson_rd(double x, double y, double z) {
 
 double elliptic_e(double e2) { return carlson_rf(0.0, 1.0 - e2, 1.0) - e2 / 3.0 * carlson_rd(0.0, 1.0 - e2, 1.0); }
 
+// Carlson's form E(phi, k) = sin phi RF(cos^2 phi, 1 - k^2 sin^2 phi, 1)
+// - (k^2/3) sin^3 phi RD(cos^2 phi, 1 - k^2 sin^2 phi, 1) holds for |phi| <= pi/2;
+// beyond, E(j pi + r, k) = 2j E(k) + E(r, k).
 double elliptic_e_phi(double phi, double e2) {
+    double turns = 0.0;
+    if (std::fabs(phi) > kHalfPi) {
+        turns = std::nearbyint(phi / kPi);
+        phi -= turns * kPi;
+    }
     const double s = std::sin(phi), c = std::cos(phi);
     const double q = 1.0 - e2 * s * s;
-    return s * carlson_rf(c * c, q, 1.0) - e2 / 3.0 * s * s * s * carlson_rd(c * c, q, 1.0);
+    const double e = s * carlson_rf(c * c, q, 1.0) - e2 / 3.0 * s * s * s * carlson_rd(c * c, q, 1.0);
+    return turns == 0.0 ? e : e + 2.0 * turns * elliptic_e(e2);
 }
 
 }  // namespace ox

@@ -140,9 +140,11 @@ const ParmRow *parmlist_find_by_code(int32_t code) {
     return nullptr;
 }
 
+// The "Dataset_" row names a prefix, not a parameter: it is found by code
+// only, and a name matches it through the prefix rule of ox_parameter_index.
 const ParmRow *parmlist_find_by_name(const char *name) {
     for (const ParmRow &r : kRows)
-        if (name_eq(name, r.name)) return &r;
+        if (r.code != kParDataset && name_eq(name, r.name)) return &r;
     return nullptr;
 }
 

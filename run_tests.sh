@@ -1,0 +1,15 @@
+#!/bin/sh
+# Builds the library and runs the whole test suite twice: an optimised build,
+# then a build with AddressSanitizer (and LeakSanitizer) and
+# UndefinedBehaviorSanitizer.
+set -eu
+cd "$(dirname "$0")"
+jobs=$(nproc 2>/dev/null || echo 2)
+
+cmake -S . -B build -DCMAKE_BUILD_TYPE=Release
+cmake --build build -j "$jobs"
+ctest --test-dir build --output-on-failure -j "$jobs"
+
+cmake -S . -B build-sanitize -DCMAKE_BUILD_TYPE=Debug -DOX_SANITIZE=ON -DOX_BUILD_BENCH=OFF
+cmake --build build-sanitize -j "$jobs"
+ctest --test-dir build-sanitize --output-on-failure -j "$jobs"

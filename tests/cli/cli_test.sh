@@ -1,0 +1,50 @@
+#!/bin/sh
+# Checks the `ox` command-line tool: output, exit status and help texts.
+# Usage: cli_test.sh PATH_TO_OX
+set -u
+ox=$1
+failures=0
+
+fail() {
+    echo "FAIL: $1" >&2
+    failures=$((failures + 1))
+}
+
+# expect NAME EXPECTED_STATUS EXPECTED_OUTPUT INPUT ARGS...
+expect() {
+    name=$1 status=$2 expected=$3 input=$4
+    shift 4
+    actual=$(printf '%s' "$input" | "$ox" "$@" 2>/dev/null)
+    code=$?
+    [ "$code" -eq "$status" ] || fail "$name: exit status $code, expected $status"
+    [ "$actual" = "$expected" ] || fail "$name: output
+$actual
+expected
+$expected"
+}
+
+wgs84='GEOGCS["GCS_WGS_1984",DATUM["D_WGS_1984",SPHEROID["WGS_1984",6378137.0,298.257223563]],PRIMEM["Greenwich",0.0],UNIT["Degree",0.0174532925199433]]'
+
+expect "version" 0 "Tessaline Version 9.3.0 (Jan  1 1970)" "" version
+expect "parse normalises" 0 "$wgs84" \
+    'geogcs ("GCS_WGS_1984", DATUM["D_WGS_1984",SPHEROID["WGS_1984",6378137,298.257223563]],
+     PRIMEM["Greenwich",0], UNIT["Degree",0.017453292519943295])' parse
+expect "parse with authority" 0 'UNIT["Meter",1.0,AUTHORITY["EPSG",9001]]' 'UNIT["Meter",1,AUTHORITY["EPSG",9001]]' \
+    parse --authority 1
+expect "parse rejects junk" 1 "" 'GEOGCS["x"' parse
+expect "defaults" 0 'PARAMETER["False_Easting",0.0]
+PARAMETER["False_Northing",0.0]
+PARAMETER["Option",0.0]' "" defaults Fuller
+expect "defaults by code" 0 'PARAMETER["False_Easting",0.0]
+PARAMETER["False_Northing",0.0]
+PARAMETER["Central_Meridian",0.0]' "" defaults 43009
+expect "defaults of an unknown projection" 1 "" "" defaults Nothing
+expect "unknown command" 2 "" "" frobnicate
+
+"$ox" --help | grep -q "usage: ox COMMAND" || fail "--help"
+for command in $("$ox" --help | awk '/^  [a-z]/ {print $1}'); do
+    "$ox" "$command" --help | grep -q "usage: ox $command" || fail "$command --help"
+done
+
+[ "$failures" -eq 0 ] && echo "cli: all checks passed"
+[ "$failures" -eq 0 ]

@@ -1,0 +1,317 @@
+// Units, prime meridians, spheroids, datums and geographic systems: the
+// uniform operation set, equality rules, object strings and rename tables.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+
+#include "object/ox_object.h"
+#include "test_util.h"
+
+using oxtest::Owned;
+using oxtest::text_of;
+
+TEST(Objects, ConstructorsRefuseBadValues) {
+    EXPECT_EQ(ox_unit_new(nullptr, 1.0), nullptr);
+    EXPECT_EQ(ox_unit_new("u", 0.0), nullptr);
+    EXPECT_EQ(ox_unit_new("u", -1.0), nullptr);
+    EXPECT_EQ(ox_unit_new("u", NAN), nullptr);
+    EXPECT_EQ(ox_primem_new("p", 180.0000001), nullptr);
+    EXPECT_EQ(ox_primem_new("p", NAN), nullptr);
+    Owned east(ox_primem_new("p", 180.0)), west(ox_primem_new("p", -180.0));
+    EXPECT_TRUE(east && west);
+    EXPECT_EQ(ox_spheroid_new("s", 0.0, 0.0), nullptr);
+    EXPECT_EQ(ox_spheroid_new("s", 1.0, -0.1), nullptr);
+    EXPECT_EQ(ox_spheroid_new("s", 1.0, 1.0), nullptr);
+    EXPECT_EQ(ox_spheroid_new("s", 1.0, NAN), nullptr);
+    EXPECT_EQ(ox_datum_new("d", nullptr), nullptr);
+    Owned unit(ox_unit_new("u", 1.0));
+    EXPECT_EQ(ox_datum_new("d", unit.get()), nullptr);  // a wrong-typed part is refused and not taken
+    EXPECT_EQ(ox_unit_factor(unit.get()), 1.0);
+}
+
+TEST(Objects, NeutralValuesForWrongHandles) {
+    Owned unit(ox_unit_new("Meter", 1.0));
+    EXPECT_EQ(ox_unit_factor(nullptr), 1.0);
+    EXPECT_EQ(ox_primem_longitude(unit.get()), 0.0);
+    EXPECT_EQ(ox_spheroid_axis(unit.get()), 1.0);
+    EXPECT_EQ(ox_spheroid_flattening(unit.get()), 0.0);
+    EXPECT_EQ(ox_datum_spheroid(unit.get()), nullptr);
+    EXPECT_EQ(ox_geogcs_datum(unit.get()), nullptr);
+    char name[OX_NAME_SIZE] = "junk";
+    ox_geogcs_name(unit.get(), name);
+    EXPECT_STREQ(name, "");
+    ox_unit_name(unit.get(), name);
+    EXPECT_STREQ(name, "Meter");
+    EXPECT_EQ(ox_geogcs_status(unit.get()), 0);
+    EXPECT_EQ(ox_unit_status(unit.get()), OX_STATUS_NEW);
+    EXPECT_EQ(ox_unit_p(unit.get()), 1);
+    EXPECT_EQ(ox_geogcs_p(unit.get()), 0);
+    EXPECT_EQ(ox_unit_p(nullptr), 0);
+}
+
+TEST(Objects, NamesAreCutToSixtyThreeCharacters) {
+    const std::string long_name(70, 'n');
+    Owned u(ox_unit_new(long_name.c_str(), 1.0));
+    char name[OX_NAME_SIZE];
+    ox_unit_name(u.get(), name);
+    EXPECT_EQ(std::string(name), std::string(63, 'n'));
+}
+
+TEST(Equality, ToleranceBoundaryAndNames) {
+    Owned a(ox_unit_new("Degree", 0.0174532925199433)), b(ox_unit_new("degree", 0.017453292519943295));
+    EXPECT_EQ(ox_unit_eq(a.get(), b.get()), 1);
+    Owned m1(ox_unit_new("Meter", 1.0)), m2(ox_unit_new("Me-ter", 1.0));
+    EXPECT_EQ(ox_unit_eq(m1.get(), m2.get()), 1);
+    Owned p0(ox_primem_new("p", 0.0)), p3(ox_primem_new("p", 3.0e-15)), p4(ox_primem_new("p", 4.0e-15));
+    EXPECT_EQ(ox_primem_eq(p0.get(), p3.get()), 1);
+    EXPECT_EQ(ox_primem_eq(p0.get(), p4.get()), 0);
+    // Relative for large values.
+    Owned big1(ox_primem_new("p", 100.0)), big2(ox_primem_new("p", 100.0 + 3e-13));
+    EXPECT_EQ(ox_primem_eq(big1.get(), big2.get()), 1);
+    EXPECT_EQ(ox_unit_eq(m1.get(), p0.get()), 0);  // different types never compare equal
+    EXPECT_EQ(ox_unit_eq(nullptr, nullptr), 0);
+}
+
+TEST(Equality, SpheroidsThroughTheQuarterMeridian) {
+    Owned a(ox_spheroid_new("WGS_1984", 6378137.0, 1 / 298.257223563));
+    Owned b(ox_spheroid_new("WGS_1984", 6378137.0, 1 / 298.25722356));
+    Owned c(ox_spheroid_new("WGS_1984", 6378137.0, 1 / 298.3));
+    Owned d(ox_spheroid_new("Other", 6378137.0, 1 / 298.257223563));
+    EXPECT_EQ(ox_spheroid_eq(a.get(), b.get()), 1);
+    EXPECT_EQ(ox_spheroid_eq(a.get(), c.get()), 0);
+    EXPECT_EQ(ox_spheroid_eq(a.get(), d.get()), 0);
+}
+
+TEST(ObjectStrings, LeafTypesRoundTrip) {
+    const char *units[] = {"UNIT[\"Degree\",0.0174532925199433]", "UNIT[\"Foot_US\",0.3048006096012192]",
+                           "UNIT[\"Meter\",1.0]"};
+    for (const char *s : units) {
+        Owned u(ox_unit_from_string(s));
+        ASSERT_TRUE(u) << s;
+        EXPECT_EQ(text_of(ox_unit_to_string, u.get()), s);
+        EXPECT_EQ(ox_unit_status(u.get()), OX_STATUS_STRING);
+    }
+    Owned ferro(ox_primem_from_string("PRIMEM[\"Ferro\",-17.66666666666667]"));
+    ASSERT_TRUE(ferro);
+    EXPECT_EQ(text_of(ox_primem_to_string, ferro.get()), "PRIMEM[\"Ferro\",-17.66666666666667]");
+    EXPECT_EQ(ox_primem_from_string("PRIMEM[\"x\",180.0000001]"), nullptr);
+
+    Owned sphere(ox_spheroid_from_string("SPHEROID[\"Sphere\",6371000.0,0.0]"));
+    ASSERT_TRUE(sphere);
+    EXPECT_EQ(ox_spheroid_flattening(sphere.get()), 0.0);
+    EXPECT_EQ(text_of(ox_spheroid_to_string, sphere.get()), "SPHEROID[\"Sphere\",6371000.0,0.0]");
+    Owned clarke(ox_spheroid_from_string("SPHEROID[\"Clarke_1866\",6378206.4,294.9786982]"));
+    ASSERT_TRUE(clarke);
+    EXPECT_EQ(text_of(ox_spheroid_to_string, clarke.get()), "SPHEROID[\"Clarke_1866\",6378206.4,294.9786982]");
+    EXPECT_EQ(ox_spheroid_from_string("SPHEROID[\"s\",6378137.0,-298.0]"), nullptr);
+    EXPECT_EQ(ox_unit_from_string("UNIT[\"Degree\",0]"), nullptr);
+    EXPECT_EQ(ox_unit_from_string("UNIT[\"Degree\",abc]"), nullptr);  // reads as 0.0, refused
+    EXPECT_EQ(ox_unit_from_string("UNIT[\"Degree\",nan]"), nullptr);
+    EXPECT_EQ(ox_unit_from_string("UNIT[\"Degree\",1e999]"), nullptr);
+    EXPECT_EQ(ox_unit_from_string("UNIT[\"Degree\"]"), nullptr);
+    EXPECT_EQ(ox_unit_from_string("UNIT[\"Degree\",X[1]]"), nullptr);  // a sub-object where a value belongs
+    EXPECT_EQ(ox_unit_from_string("UNIT[Q[1],1]"), nullptr);           // nor in place of the name
+}
+
+TEST(ObjectStrings, GeographicSystemRoundTripAndFreeOrder) {
+    Owned g(ox_geogcs_from_string(oxtest::kWgs84));
+    ASSERT_TRUE(g);
+    EXPECT_EQ(text_of(ox_geogcs_to_string, g.get()), oxtest::kWgs84);
+    Owned built(oxtest::make_geogcs());
+    EXPECT_EQ(ox_geogcs_eq(g.get(), built.get()), 1);
+
+    Owned shuffled(ox_geogcs_from_string(
+        "geogcs ( \"GCS_WGS_1984\" , UNIT(\"Degree\",0.0174532925199433), PRIMEM[\"Greenwich\",0],"
+        "AUTHORITY[\"EPSG\",4326], FOO[1,BAR[2]], DATUM[\"D_WGS_1984\",SPHEROID[\"WGS_1984\",6378137,"
+        "298.257223563]], UNIT[\"Other\",1])"));
+    ASSERT_TRUE(shuffled);
+    EXPECT_EQ(ox_geogcs_eq(g.get(), shuffled.get()), 1);
+    EXPECT_EQ(text_of(ox_geogcs_to_string, shuffled.get()), oxtest::kWgs84);
+    ASSERT_NE(ox_geogcs_authority(shuffled.get()), nullptr);
+    EXPECT_EQ(ox_authority_authcode(ox_geogcs_authority(shuffled.get())), 4326);
+
+    EXPECT_EQ(ox_geogcs_from_string("GEOGCS[\"g\",DATUM[\"d\",SPHEROID[\"s\",1,0]],UNIT[\"u\",1]]"), nullptr);
+    EXPECT_EQ(ox_geogcs_from_string("GEOGCS[\"g\",DATUM[\"d\"],PRIMEM[\"p\",0],UNIT[\"u\",1]]"), nullptr);
+    EXPECT_EQ(ox_geogcs_from_string("GEOGCS[\"g\",DATUM[\"d\",SPHEROID[\"s\",1,0]],PRIMEM[\"p\",0],UNIT[\"u\",1],"
+                                    "AUTHORITY[\"EPSG\",0]]"),
+              nullptr);
+    EXPECT_EQ(ox_geogcs_from_string("GEOGCS[\"g\",DATUM[\"d\",SPHEROID[\"s\",1,0]],PRIMEM[\"p\",0],UNIT[\"u\",1],"
+                                    "AUTHORITY[\"EPSG\",abc]]"),
+              nullptr);
+}
+
+TEST(ObjectStrings, ReadTimeRenames) {
+    struct Case {
+        const char *from, *to;
+    };
+    const Case datums[] = {{"D_Deutsche_Hauptdreiecksnetz", "D_Deutsches_Hauptdreiecksnetz"},
+                           {"D_Tahiti", "D_Tahiti_1952"},
+                           {"D_Tahaa", "D_Tahaa_1954"},
+                           {"D_K0_1949", "D_Kerguelen_Island_1949"},
+                           {"D_Reunion", "D_Reunion_1947"},
+                           {"D_Piton_des_Neiges", "D_Reunion_1947"},
+                           {"D_Phillipine_Reference_System_1992", "D_Philippine_Reference_System_1992"},
+                           {"D_North_American_1983_CSRS98", "D_North_American_1983_CSRS"},
+                           {"D_WGS_1984", "D_WGS_1984"}};
+    char name[OX_NAME_SIZE];
+    for (const Case &c : datums) {
+        const std::string text = std::string("DATUM[\"") + c.from + "\",SPHEROID[\"s\",6378137.0,298.0]]";
+        Owned d(ox_datum_from_string(text.c_str()));
+        ASSERT_TRUE(d);
+        ox_datum_name(d.get(), name);
+        EXPECT_STREQ(name, c.to);
+    }
+    const Case geogs[] = {{"GCS_Deutsche_Hauptdreiecksnetz", "GCS_Deutsches_Hauptdreiecksnetz"},
+                          {"GCS_Tahiti", "GCS_Tahiti_1952"},
+                          {"gcs tahaa", "GCS_Tahaa_1954"},
+                          {"GCS_K0_1949", "GCS_Kerguelen_Island_1949"},
+                          {"GCS_Reunion", "GCS_Reunion_1947"},
+                          {"GCS_Piton_des_Neiges", "GCS_Reunion_1947"},
+                          {"GCS_North_American_1983_CSRS98", "GCS_North_American_1983_CSRS"}};
+    for (const Case &c : geogs) {
+        const std::string text = std::string("GEOGCS[\"") + c.from +
+                                 "\",DATUM[\"D_Tahiti\",SPHEROID[\"s\",1,0]],PRIMEM[\"p\",0],UNIT[\"u\",1]]";
+        Owned g(ox_geogcs_from_string(text.c_str()));
+        ASSERT_TRUE(g);
+        ox_geogcs_name(g.get(), name);
+        EXPECT_STREQ(name, c.to);
+        ox_datum_name(ox_geogcs_datum(g.get()), name);
+        EXPECT_STREQ(name, "D_Tahiti_1952");
+    }
+    // Types without a rename table keep what they read.
+    Owned u(ox_unit_from_string("UNIT[\"D_Tahiti\",1]"));
+    ox_unit_name(u.get(), name);
+    EXPECT_STREQ(name, "D_Tahiti");
+}
+
+TEST(ObjectStrings, HongKongCorrection) {
+    auto read = [](const char *datum, const char *unit) {
+        const std::string text = std::string("GEOGCS[\"GCS_Hong_Kong_1963\",DATUM[\"") + datum +
+                                 "\",SPHEROID[\"International_1924\",6378388.0,297.0]],PRIMEM[\"Greenwich\",0.0]," +
+                                 unit + "]";
+        Owned g(ox_geogcs_from_string(text.c_str()));
+        char name[OX_NAME_SIZE];
+        ox_geogcs_name(g.get(), name);
+        return std::string(name);
+    };
+    EXPECT_EQ(read("D_Hong_Kong_1963_67", "UNIT[\"Degree\",0.0174532925199433]"), "GCS_Hong_Kong_1963_67");
+    EXPECT_EQ(read("D_Hong_Kong_1963_67", "UNIT[\"Grad\",0.01570796326794897]"), "GCS_Hong_Kong_1963");
+    EXPECT_EQ(read("D_Hong_Kong_1963", "UNIT[\"Degree\",0.0174532925199433]"), "GCS_Hong_Kong_1963");
+    // Not made inside a projected system.
+    const std::string projected =
+        "PROJCS[\"p\",GEOGCS[\"GCS_Hong_Kong_1963\",DATUM[\"D_Hong_Kong_1963_67\",SPHEROID[\"s\",6378388.0,297.0]],"
+        "PRIMEM[\"Greenwich\",0.0],UNIT[\"Degree\",0.0174532925199433]],PROJECTION[\"Plate_Carree\"],UNIT[\"m\",1]]";
+    Owned p(ox_projcs_from_string(projected.c_str()));
+    ASSERT_TRUE(p);
+    char name[OX_NAME_SIZE];
+    ox_geogcs_name(ox_projcs_geogcs(p.get()), name);
+    EXPECT_STREQ(name, "GCS_Hong_Kong_1963");
+}
+
+TEST(Authority, WriterOptionsPlaceTheClause) {
+    Owned g(oxtest::make_geogcs());
+    ox::obj_set_code(g.get(), 4326, "EPSG", "6.13");
+    ox::obj_set_code(ox_geogcs_datum(g.get()), 6326, "EPSG", "6.13");
+    ox::obj_set_code(ox_datum_spheroid(ox_geogcs_datum(g.get())), 7030, "EPSG", "6.13");
+    ox::obj_set_code(ox_geogcs_unit(g.get()), 9102, "EPSG", "6.13");
+    const std::string plain = text_of(ox_geogcs_to_string_ext, g.get(), 0);
+    EXPECT_EQ(plain, oxtest::kWgs84);
+    EXPECT_EQ(text_of(ox_geogcs_to_string_ext, g.get(), 1),
+              plain.substr(0, plain.size() - 1) + ",AUTHORITY[\"EPSG\",4326]]");
+    EXPECT_EQ(text_of(ox_geogcs_to_string_ext, g.get(), 2),
+              "GEOGCS[\"GCS_WGS_1984\",DATUM[\"D_WGS_1984\",SPHEROID[\"WGS_1984\",6378137.0,298.257223563,"
+              "AUTHORITY[\"EPSG\",7030]],AUTHORITY[\"EPSG\",6326]],PRIMEM[\"Greenwich\",0.0],"
+              "UNIT[\"Degree\",0.0174532925199433,AUTHORITY[\"EPSG\",9102]],AUTHORITY[\"EPSG\",4326]]");
+    EXPECT_EQ(text_of(ox_geogcs_to_string_ext, g.get(), 7), plain);  // any other option: none
+    // The lazily built authority carries the version; the clause never does.
+    ox_object *a = ox_geogcs_authority(g.get());
+    char version[16];
+    ox_authority_version(a, version);
+    EXPECT_STREQ(version, "6.13");
+
+    // Option 2 read back keeps every authority.
+    Owned back(ox_geogcs_from_string(text_of(ox_geogcs_to_string_ext, g.get(), 2).c_str()));
+    ASSERT_TRUE(back);
+    EXPECT_EQ(ox_authority_authcode(ox_unit_authority(ox_geogcs_unit(back.get()))), 9102);
+    EXPECT_EQ(ox_unit_status(ox_geogcs_unit(back.get())), OX_STATUS_STRING);
+}
+
+TEST(Authority, ObjectAndReaderForms) {
+    Owned a(ox_authority_from_string("AUTHORITY[\"EPSG\",4326]"));
+    Owned b(ox_authority_from_string("AUTHORITY[\"epsg\",4326,\"8.2\"]"));
+    Owned c(ox_authority_from_string("AUTHORITY[\"EPSG\",\"rev2\",4326]"));
+    ASSERT_TRUE(a && b && c);
+    EXPECT_EQ(ox_authority_eq(a.get(), b.get()), 1);
+    char version[16];
+    ox_authority_version(c.get(), version);
+    EXPECT_STREQ(version, "rev2");
+    ox_authority_version(b.get(), version);
+    EXPECT_STREQ(version, "8.2");
+    EXPECT_EQ(ox_authority_authcode(c.get()), 4326);
+    EXPECT_EQ(ox_authority_status(c.get()), OX_STATUS_STRING);
+    EXPECT_EQ(ox_authority_from_string("AUTHORITY[\"EPSG\",0]"), nullptr);
+    EXPECT_EQ(ox_authority_from_string("AUTHORITY[\"EPSG\"]"), nullptr);
+    EXPECT_EQ(ox_authority_from_string("AUTHORITY[\"EPSG\",X[1]]"), nullptr);
+
+    Owned made(ox_authority_new("MAVO", 102100, "a version longer than fifteen"));
+    ox_authority_version(made.get(), version);
+    EXPECT_STREQ(version, "a version longe");
+    EXPECT_EQ(text_of(ox_authority_to_string, made.get()), "AUTHORITY[\"MAVO\",102100]");
+    EXPECT_EQ(text_of(ox_authority_to_string_ext, made.get(), 2), "AUTHORITY[\"MAVO\",102100]");
+    EXPECT_EQ(ox_authority_new("EPSG", 0, nullptr), nullptr);
+    EXPECT_EQ(ox_authority_new(nullptr, 1, nullptr), nullptr);
+
+    // authority_set takes ownership, replaces, clears; a wrong type is ignored.
+    Owned u(ox_unit_new("Meter", 1.0));
+    EXPECT_EQ(ox_unit_authority(u.get()), nullptr);
+    ox_unit_authority_set(u.get(), ox_authority_new("EPSG", 9001, "6.13"));
+    EXPECT_EQ(ox_authority_authcode(ox_unit_authority(u.get())), 9001);
+    Owned other(ox_unit_new("Foot", 0.3048));
+    ox_unit_authority_set(u.get(), other.get());
+    EXPECT_EQ(ox_authority_authcode(ox_unit_authority(u.get())), 9001);
+    ox_unit_authority_set(u.get(), nullptr);
+    EXPECT_EQ(ox_unit_authority(u.get()), nullptr);
+}
+
+TEST(Coordsys, DispatchOverGeographicAndProjected) {
+    Owned g(ox_coordsys_from_string(oxtest::kWgs84));
+    Owned p(ox_coordsys_from_string(oxtest::kUtm33));
+    ASSERT_TRUE(g && p);
+    EXPECT_EQ(ox_geogcs_p(g.get()), 1);
+    EXPECT_EQ(ox_projcs_p(p.get()), 1);
+    EXPECT_EQ(ox_coordsys_p(g.get()), 1);
+    EXPECT_EQ(ox_coordsys_p(p.get()), 1);
+    EXPECT_EQ(ox_coordsys_eq(g.get(), p.get()), 0);
+    Owned gc(ox_coordsys_clone(g.get())), pc(ox_coordsys_clone(p.get()));
+    EXPECT_EQ(ox_coordsys_eq(g.get(), gc.get()), 1);
+    EXPECT_EQ(ox_coordsys_eq(p.get(), pc.get()), 1);
+    EXPECT_EQ(ox_coordsys_status(g.get()), 0);  // deliberately always 0
+    EXPECT_EQ(ox_geogcs_status(g.get()), OX_STATUS_STRING);
+    EXPECT_EQ(text_of(ox_coordsys_to_string, p.get()), oxtest::kUtm33);
+    char name[OX_NAME_SIZE];
+    ox_coordsys_name(p.get(), name);
+    EXPECT_STREQ(name, "WGS_1984_UTM_Zone_33N");
+    // "PROJCS" anywhere, even in a name, selects the projected reader.
+    EXPECT_EQ(ox_coordsys_from_string("GEOGCS[\"my PROJCS\",DATUM[\"d\",SPHEROID[\"s\",1,0]],PRIMEM[\"p\",0],"
+                                      "UNIT[\"u\",1]]"),
+              nullptr);
+    Owned u(ox_unit_new("Meter", 1.0));
+    EXPECT_EQ(ox_coordsys_p(u.get()), 0);
+    EXPECT_EQ(ox_coordsys_clone(u.get()), nullptr);
+}
+
+TEST(Clone, IsDeepAndKeepsProvenance) {
+    Owned g(ox_geogcs_from_string(oxtest::kWgs84));
+    ox::obj_set_code(g.get(), 4326, "EPSG", "6.13");
+    ox_geogcs_authority(g.get());
+    Owned c(ox_geogcs_clone(g.get()));
+    ASSERT_TRUE(c);
+    EXPECT_NE(ox_geogcs_datum(c.get()), ox_geogcs_datum(g.get()));
+    EXPECT_NE(ox_geogcs_authority(c.get()), ox_geogcs_authority(g.get()));
+    EXPECT_EQ(ox_geogcs_status(c.get()), OX_STATUS_STRING);
+    EXPECT_EQ(ox::obj_code(c.get()), 4326);
+    EXPECT_EQ(ox_authority_authcode(ox_geogcs_authority(c.get())), 4326);
+    ox_geogcs_del(g.release());
+    EXPECT_EQ(text_of(ox_geogcs_to_string, c.get()), oxtest::kWgs84);  // the clone outlives its source
+}

@@ -1,0 +1,198 @@
+#!/usr/bin/env python3
+"""Reference values of the ellipsoid functions to 30 significant digits.
+
+Independent of the library's series and of its elliptic integrals:
+
+  * meridian arc M(phi)/a = (1 - e2) int_0^phi (1 - e2 sin^2 t)^(-3/2) dt and
+    the authalic function q(phi) = int_0^phi 2 (1 - e2) cos t / (1 - e2 sin^2 t)^2 dt
+    by composite Gauss-Legendre quadrature (nodes computed here);
+  * rectifying latitude mu = (pi/2) M(phi) / M(pi/2);
+  * authalic latitude beta = asin(q(phi) / q(pi/2)); authalic radius
+    a sqrt(q(pi/2) / 2);
+  * conformal latitude from the closed form
+    chi = pi/2 - 2 atan(exp(-psi)), psi = ln tan(pi/4 + phi/2) - e atanh(e sin phi);
+  * reduced latitude eta = atan(sqrt(1 - e2) tan phi).
+
+All arithmetic is Python's decimal at 60 digits; the quadrature is checked by
+repeating it with fewer nodes.  Inputs (e2 and phi) are IEEE doubles and are
+written with 17 significant digits, so that the test reads back the very
+values used here.
+
+Output (stdout), one record per line, '#' lines are comments:
+  S e2 q90/a rect_r/a auth_r/a
+  L e2 phi chi beta mu eta M/a
+
+Usage: python3 reference_values.py > tests/data/ellipsoid_reference.txt
+"""
+
+from decimal import Decimal as D, getcontext
+
+getcontext().prec = 60
+EPS = D(10) ** -58
+
+
+def pi():
+    # Machin: pi = 16 atan(1/5) - 4 atan(1/239)
+    def atan_inv(x):
+        x = D(x)
+        total, term, k, sign = D(0), 1 / x, 1, 1
+        x2 = x * x
+        while abs(term) > EPS:
+            total += sign * term / k
+            term /= x2
+            k += 2
+            sign = -sign
+        return total
+
+    return 16 * atan_inv(5) - 4 * atan_inv(239)
+
+
+PI = pi()
+HALF_PI = PI / 2
+
+
+def sin(x):
+    x = D(x)
+    total, term, k = D(0), x, 1
+    while abs(term) > EPS:
+        total += term
+        term = -term * x * x / ((k + 1) * (k + 2))
+        k += 2
+    return total
+
+
+def cos(x):
+    x = D(x)
+    total, term, k = D(0), D(1), 0
+    while abs(term) > EPS:
+        total += term
+        term = -term * x * x / ((k + 1) * (k + 2))
+        k += 2
+    return total
+
+
+def atan(x):
+    x = D(x)
+    if x < 0:
+        return -atan(-x)
+    if x > 1:
+        return HALF_PI - atan(1 / x)
+    # halve the argument twice: atan x = 2 atan(x / (1 + sqrt(1 + x^2)))
+    for _ in range(2):
+        x = x / (1 + (1 + x * x).sqrt())
+    total, term, k = D(0), x, 1
+    x2 = x * x
+    while abs(term) > EPS:
+        total += term / k
+        term = -term * x2
+        k += 2
+    return 4 * total
+
+
+def atanh(x):
+    x = D(x)
+    return ((1 + x) / (1 - x)).ln() / 2
+
+
+def asin(x):
+    x = D(x)
+    if x == 1:
+        return HALF_PI
+    return atan(x / (1 - x * x).sqrt())
+
+
+def legendre_nodes(n):
+    """Gauss-Legendre nodes and weights on [-1, 1]."""
+    nodes = []
+    for i in range(1, n + 1):
+        x = cos(PI * (D(i) - D(1) / 4) / (D(n) + D(1) / 2))
+        for _ in range(100):
+            p0, p1 = D(1), x
+            for k in range(2, n + 1):
+                p0, p1 = p1, ((2 * k - 1) * x * p1 - (k - 1) * p0) / k
+            dp = n * (x * p1 - p0) / (x * x - 1)
+            dx = p1 / dp
+            x -= dx
+            if abs(dx) < EPS:
+                break
+        p0, p1 = D(1), x
+        for k in range(2, n + 1):
+            p0, p1 = p1, ((2 * k - 1) * x * p1 - (k - 1) * p0) / k
+        dp = n * (x * p1 - p0) / (x * x - 1)
+        nodes.append((x, 2 / ((1 - x * x) * dp * dp)))
+    return nodes
+
+
+def integrate(f, a, b, nodes, panels):
+    a, b = D(a), D(b)
+    h = (b - a) / panels
+    total = D(0)
+    for j in range(panels):
+        lo = a + j * h
+        mid, half = lo + h / 2, h / 2
+        for x, w in nodes:
+            total += w * half * f(mid + half * x)
+    return total
+
+
+def arc_integrand(e2):
+    return lambda t: (1 - e2) / (1 - e2 * sin(t) ** 2) ** D("1.5")
+
+
+def authalic_integrand(e2):
+    return lambda t: 2 * (1 - e2) * cos(t) / (1 - e2 * sin(t) ** 2) ** 2
+
+
+def g(x, digits=30):
+    if abs(x) < D(10) ** -45:
+        return "0"
+    return f"{x:.{digits}e}"
+
+
+def main():
+    import sys
+
+    fine, coarse = legendre_nodes(24), legendre_nodes(18)
+
+    def quad(f, phi):
+        panels = max(1, int(abs(D(phi)) / D("0.25")) + 1)
+        v = integrate(f, 0, phi, fine, panels)
+        check = integrate(f, 0, phi, coarse, panels + 1)
+        if abs(v - check) > D(10) ** -40 * max(1, abs(v)):
+            sys.exit(f"quadrature not converged at {phi}: {v} {check}")
+        return v
+
+    wgs84_f = 1 / 298.257223563
+    spheroids = [
+        float(wgs84_f * (2 - wgs84_f)),  # WGS 84
+        0.006884661117170036,            # the series threshold
+        0.05,
+        0.1,
+    ]
+    degrees = [0, 1e-7, 0.5, 1, 5, 10, 15, 20, 25, 30, 35, 40, 44.5, 45, 50, 55, 60, 65, 70, 75, 80, 85, 88,
+               89, 89.9, 89.999, 89.99999, 90]
+    print("# Reference values of the ellipsoid functions, 30 significant digits.")
+    print("# Generated by tools/series/reference_values.py (decimal arithmetic, Gauss-Legendre quadrature).")
+    print("# S e2 q90/a rect_r/a auth_r/a")
+    print("# L e2 phi chi beta mu eta M/a")
+    for e2f in spheroids:
+        e2 = D(e2f)
+        e = e2.sqrt()
+        quarter = quad(arc_integrand(e2), HALF_PI)
+        qp = quad(authalic_integrand(e2), HALF_PI)
+        print(f"S {e2f!r} {g(quarter)} {g(quarter / HALF_PI)} {g((qp / 2).sqrt())}")
+        for deg in degrees:
+            phif = 1.5707963267948966 if deg == 90 else float(D(deg) * PI / 180)
+            phi = D(phif)
+            s = sin(phi)
+            psi = (sin(PI / 4 + phi / 2) / cos(PI / 4 + phi / 2)).ln() - e * atanh(e * s)
+            chi = HALF_PI - 2 * atan((-psi).exp())
+            arc = quad(arc_integrand(e2), phi)
+            mu = HALF_PI * arc / quarter
+            beta = asin(quad(authalic_integrand(e2), phi) / qp)
+            eta = atan((1 - e2).sqrt() * s / cos(phi))
+            print(f"L {e2f!r} {phif!r} {g(chi)} {g(beta)} {g(mu)} {g(eta)} {g(arc)}")
+
+
+if __name__ == "__main__":
+    main()
