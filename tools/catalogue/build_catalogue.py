@@ -310,12 +310,18 @@ class Catalogue:
         # A system named after its ellipsoid alone ('Unknown datum based upon
         # the WGS 84 ellipsoid') must not take the name of a real system built
         # on that ellipsoid: the reverse look-up would find it first.
-        names = Counter(g[0] for g in self.gcs.values())
+        only = lambda code: self.e_gcs[code]['name'].startswith(('Unknown datum', 'Unspecified datum'))
+        real_gcs = {g[0] for c, g in self.gcs.items() if not only(c)}
+        real_datums = {self.datums[g[1]][0] for c, g in self.gcs.items() if not only(c)}
         for code in list(self.gcs):
-            if self.e_gcs[code]['name'].startswith(('Unknown datum', 'Unspecified datum')) and \
-                    names[self.gcs[code][0]] > 1:
+            name, d = self.gcs[code][0], self.gcs[code][1]
+            if only(code) and (name in real_gcs or self.datums[d][0] in real_datums):
                 del self.gcs[code]
+                del self.datums[d]
                 self.notes['geogcs']['ellipsoid-only system named like a real one'] += 1
+                self.notes['datum']['ellipsoid-only datum named like a real one'] += 1
+                self.sources['geogcs']['EPSG'] -= 1
+                self.sources['datum']['EPSG'] -= 1
         # The authority's own datums and systems, and the planetary bodies.
         for r in self.inp('mavo_datums.csv'):
             self.datums[int(r['code'])] = (r['name'], int(r['spheroid']))
@@ -430,10 +436,10 @@ class Catalogue:
             return self.overrides['projcs'][code]
         gcs = int(r['geographic_crs_code'])
         prefix = self.prefix[gcs]
-        if ' / ' not in r['name']:
-            return naming.zone_to_name(r['name'])  # a name of its own ('SWEREF99 TM')
-        zone = r['name'].split(' / ', 1)[1]
+        zone = r['name'].split(' / ', 1)[1] if ' / ' in r['name'] else r['name']
         sp, suffix = self.state_plane_zone(zone)
+        if not sp and ' / ' not in r['name']:
+            return naming.zone_to_name(r['name'])  # a name of its own ('SWEREF99 TM')
         if sp:
             text, fips = sp
             unit = int(r['linear_unit_code'])
@@ -597,7 +603,11 @@ class Catalogue:
                 if c in candidates and self.family_name_matches(template, c + off, candidates[c]):
                     rows.append((c + off, candidates[c]))
         fam = {'template': template, 'form': 'int'}
-        if f['geogcs']:
+        if f['geogcs'] and f['projection'] == '' and f['false_easting'] == '':
+            # Only the geographic system is given: the registry reused the
+            # band's codes for systems on a newer frame with the same zones.
+            pass
+        elif f['geogcs']:
             fam.update(geogcs=int(f['geogcs']), projection=int(f['projection']), unit=int(f['unit']),
                        fe=float(f['false_easting']), fe_step=float(f['fe_per_zone']),
                        fn=float(f['false_northing']), cm0=float(f['cm_origin']), cm_step=float(f['cm_per_zone']),
@@ -608,7 +618,8 @@ class Catalogue:
             die('band family %s has neither parameters nor registry rows' % template)
         z0, (name, gcs, prj, unit, params, r) = rows[0]
         pv = dict(params)
-        fam.update(geogcs=gcs, projection=int(f['projection']) if f['projection'] else PRJ_TM, unit=unit,
+        fam.update(geogcs=int(f['geogcs']) if f['geogcs'] else gcs,
+                   projection=int(f['projection']) if f['projection'] else PRJ_TM, unit=unit,
                    fn=pv['False_Northing'], k=pv['Scale_Factor'], lat0=pv['Latitude_Of_Origin'])
         if len(rows) > 1:
             z1, (_, _, _, _, params1, _) = rows[1]
@@ -645,7 +656,8 @@ class Catalogue:
             self.notes['projcs']['registry row inside a zone band for another system (band wins)'] += 1
             return
         computed = self.family_member(fam, zone)
-        same = (gcs, unit) == (fam['geogcs'], fam['unit']) and all(
+        overridden = bool(f['geogcs'])
+        same = (overridden or gcs == fam['geogcs']) and unit == fam['unit'] and all(
             abs(dict(params).get(k, math.nan) - v) < 1e-9 for k, v in computed)
         if not same and r['deprecated'] == '1':
             self.notes['projcs']['deprecated registry row in a zone band that differs from the family rule'] += 1
@@ -653,7 +665,7 @@ class Catalogue:
         if not same:
             die('band family %s: zone %d (code %d) differs from its registry row %s' %
                 (f['template'], zone, code, params))
-        self.expect_zones.append([code, f['template'].replace('%d', str(zone)), gcs, fam['projection'], unit] +
+        self.expect_zones.append([code, f['template'].replace('%d', str(zone)), fam['geogcs'], fam['projection'], unit] +
                                  [num(v) for _, v in computed])
         self.method_counts[r['method_name']] += 1
         self.sources['projcs']['EPSG, zone families with a band'] += 1
@@ -763,6 +775,14 @@ class Catalogue:
             bands = bands or gt_bands
             if old in table or old in special or (kind, old) in chosen:
                 continue
+            seen = {old}
+            while new not in table and new not in seen:  # follow a chain of replacements
+                seen.add(new)
+                nxt = [int(x['new_code']) for x in self.e_repl
+                       if int(x['old_code']) == new and x['object_kind'] == r['object_kind']]
+                if not nxt:
+                    break
+                new = min(nxt)
             if not any(lo <= old <= hi for lo, hi in bands) or new not in table:
                 continue
             if kind == 'projcs' and table[new][0] == 'special':
