@@ -1,7 +1,10 @@
 // The subcommands of the `ox` tool.  Each returns the process exit status.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
+
+#include "ox.h"
 
 namespace oxtool {
 
@@ -14,9 +17,15 @@ struct Command {
 
 // Reads a whole file ("-" for standard input) into a string; false on failure.
 bool read_text(const char *path, char *buffer, size_t size);
+// Reads the object of an object string by its leading keyword; gives the
+// object's delete and writer functions.  Null when the text is not readable.
+ox_object *read_any(const char *text, void (**del)(ox_object *), void (**write)(ox_object *, int32_t, char *));
 
 int cmd_version(int argc, char **argv);
 int cmd_parse(int argc, char **argv);
 int cmd_defaults(int argc, char **argv);
+int cmd_info(int argc, char **argv);
+int cmd_list(int argc, char **argv);
+int cmd_code(int argc, char **argv);
 
 }  // namespace oxtool

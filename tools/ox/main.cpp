@@ -22,6 +22,26 @@ const Command kCommands[] = {
      "PROJECTION is a registry name (\"Transverse_Mercator\", aliases accepted) or\n"
      "code (43006). Prints one PARAMETER[...] per line in slot order.\n",
      cmd_defaults},
+    {"info", "print a catalogue object by code or definition string",
+     "usage: ox info CODE|DEFINITION_STRING\n\n"
+     "Builds the object of a catalogue code (4326) or definition string\n"
+     "(OX_GCS_WGS_1984) and prints its object string with every AUTHORITY.\n"
+     "Exit status 1 when the catalogue has nothing for it.\n",
+     cmd_info},
+    {"list", "list the catalogue objects of a kind",
+     "usage: ox list KIND\n\n"
+     "Prints the code and name of every current catalogue object of KIND, one per\n"
+     "line, sorted by name. KIND is projcs, geogcs, vertcs, geogtran, datum,\n"
+     "vdatum, spheroid, primem, projection, parameter, method, htmethod,\n"
+     "angular_unit or linear_unit. Object-edit files (OXOBJEDITHOME) are included.\n",
+     cmd_list},
+    {"code", "find the catalogue code of an object string",
+     "usage: ox code [FILE|-]\n\n"
+     "Reads an object string from FILE or standard input and prints the code of\n"
+     "the equal catalogue object and its definition string. Exit status 1 when\n"
+     "the catalogue has no equal object (\"0\" is printed), 2 when the text is not\n"
+     "readable.\n",
+     cmd_code},
 };
 
 void overview(FILE *out) {
