@@ -19,19 +19,26 @@ namespace {
 const char *const kFiles[] = {"unit", "spheroid", "primem", "datum", "geogcs", "projcs", "vdatum", "vertcs",
                               "geogtran"};
 
-const std::string &directory() {
-    static const std::string dir = [] {
-        char pattern[] = "/tmp/ox_fuzz_objedit_XXXXXX";
-        const char *made = mkdtemp(pattern);
-        if (made == nullptr) std::abort();
-        std::string d = made;
-        std::atexit([] {
-            for (const char *f : kFiles) std::remove((directory() + "/" + f).c_str());
-            rmdir(directory().c_str());
-        });
-        return d;
-    }();
-    return dir;
+// The temporary directory, made on first use and removed at exit (a plain
+// array: it outlives every exit handler).
+char g_dir[64];
+
+void remove_directory() {
+    char path[128];
+    for (const char *f : kFiles) {
+        std::snprintf(path, sizeof path, "%s/%s", g_dir, f);
+        std::remove(path);
+    }
+    rmdir(g_dir);
+}
+
+const char *directory() {
+    if (g_dir[0] == '\0') {
+        std::strcpy(g_dir, "/tmp/ox_fuzz_objedit_XXXXXX");
+        if (mkdtemp(g_dir) == nullptr) std::abort();
+        std::atexit(remove_directory);
+    }
+    return g_dir;
 }
 
 void exercise(ox_object *h) {
@@ -78,14 +85,16 @@ void exercise(ox_object *h) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-    const std::string &dir = directory();
+    const char *dir = directory();
+    char path[128];
     for (const char *f : kFiles) {
-        FILE *out = std::fopen((dir + "/" + f).c_str(), "wb");
+        std::snprintf(path, sizeof path, "%s/%s", dir, f);
+        FILE *out = std::fopen(path, "wb");
         if (out == nullptr) return 0;
         std::fwrite(data, 1, size, out);
         std::fclose(out);
     }
-    ox_objedithome_setdir(dir.c_str());
+    ox_objedithome_setdir(dir);
     static const int32_t kCodes[] = {9001, 209001, 7030, 207001, 8901, 208901, 6326, 206001, 4326, 204001,
                                      32633, 202001, 5103, 205101, 5703, 205601, 1241, 208001, 4635, 6635};
     for (int32_t code : kCodes) exercise(ox_factory(code));

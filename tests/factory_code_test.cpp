@@ -90,7 +90,8 @@ TEST_F(FactoryCode, KnownCodesAndMissesAreNotSearchedAgain) {
 TEST_F(FactoryCode, StatusRuleAndBandOrder) {
     // The old Hawaii state plane codes define the same systems as the current
     // Old Hawaiian ones: the current code (status 4) wins.
-    EXPECT_EQ(ox_factory_code(anonymous(Owned(ox_factory_projcs(26762)).release())), 3562);
+    Owned hawaii(anonymous(ox_factory_projcs(26762)));
+    EXPECT_EQ(ox_factory_code(hawaii.get()), 3562);
     // Two current codes with one definition: the first band wins.
     Owned web(anonymous(ox_factory_projcs(102100)));
     EXPECT_EQ(ox_factory_code(web.get()), 3857);

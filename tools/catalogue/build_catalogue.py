@@ -612,7 +612,6 @@ class Catalogue:
                        fe=float(f['false_easting']), fe_step=float(f['fe_per_zone']),
                        fn=float(f['false_northing']), cm0=float(f['cm_origin']), cm_step=float(f['cm_per_zone']),
                        k=float(f['scale_factor']), lat0=float(f['latitude_of_origin']))
-            self.sources['projcs']['zone family members, authority band'] += 0
             return fam
         if not rows:
             die('band family %s has neither parameters nor registry rows' % template)
