@@ -17,8 +17,11 @@ list(TRANSFORM OX_CATALOGUE_FILES PREPEND ${OX_CATALOGUE_DATA_DIR}/)
 # or the library's flags.
 add_executable(ox_gencat ${PROJECT_SOURCE_DIR}/tools/gencat/gencat.cpp)
 set_target_properties(ox_gencat PROPERTIES CXX_STANDARD 20 CXX_STANDARD_REQUIRED ON)
-# (-Wno-restrict: a known false positive of GCC 12 on std::string concatenation.)
-target_compile_options(ox_gencat PRIVATE -Wall -Wextra -Werror -Wno-restrict)
+target_compile_options(ox_gencat PRIVATE -Wall -Wextra -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # A known false positive of GCC 12 on std::string concatenation.
+  target_compile_options(ox_gencat PRIVATE -Wno-restrict)
+endif()
 
 add_custom_command(
   OUTPUT ${OX_CATALOGUE_SOURCE}

@@ -41,45 +41,41 @@ const char *directory() {
     return g_dir;
 }
 
+struct Kind {
+    int32_t (*is)(const ox_object *);
+    void (*write)(ox_object *, int32_t, char *);
+    ox_object *(*clone)(const ox_object *);
+    int32_t (*eq)(const ox_object *, const ox_object *);
+    void (*del)(ox_object *);
+};
+const Kind kKinds[] = {
+    {ox_coordsys_p, ox_coordsys_to_string_ext, ox_coordsys_clone, ox_coordsys_eq, ox_coordsys_del},
+    {ox_geogtran_p, ox_geogtran_to_string_ext, ox_geogtran_clone, ox_geogtran_eq, ox_geogtran_del},
+    {ox_vertcs_p, ox_vertcs_to_string_ext, ox_vertcs_clone, ox_vertcs_eq, ox_vertcs_del},
+    {ox_hvdatum_p, ox_hvdatum_to_string_ext, ox_hvdatum_clone, ox_hvdatum_eq, ox_hvdatum_del},
+    {ox_spheroid_p, ox_spheroid_to_string_ext, ox_spheroid_clone, ox_spheroid_eq, ox_spheroid_del},
+    {ox_primem_p, ox_primem_to_string_ext, ox_primem_clone, ox_primem_eq, ox_primem_del},
+    {ox_unit_p, ox_unit_to_string_ext, ox_unit_clone, ox_unit_eq, ox_unit_del},
+    {ox_method_p, ox_method_to_string_ext, ox_method_clone, ox_method_eq, ox_method_del},
+    {ox_htmethod_p, ox_htmethod_to_string_ext, ox_htmethod_clone, ox_htmethod_eq, ox_htmethod_del},
+    {ox_projection_p, ox_projection_to_string_ext, ox_projection_clone, ox_projection_eq, ox_projection_del},
+    {ox_parameter_p, ox_parameter_to_string_ext, ox_parameter_clone, ox_parameter_eq, ox_parameter_del},
+};
+
 void exercise(ox_object *h) {
     if (h == nullptr) return;
     static char text[OX_OBJSTRING_SIZE];
-    ox_object *copy = nullptr;
-    if (ox_coordsys_p(h)) {
-        ox_coordsys_to_string_ext(h, 2, text);
-        copy = ox_coordsys_clone(h);
-        if (copy != nullptr && ox_coordsys_eq(h, copy) != 1) __builtin_trap();
-        ox_coordsys_del(copy);
-        ox_coordsys_del(h);
-    } else if (ox_geogtran_p(h)) {
-        ox_geogtran_to_string_ext(h, 2, text);
-        ox_geogtran_del(h);
-    } else if (ox_vertcs_p(h)) {
-        ox_vertcs_to_string_ext(h, 2, text);
-        ox_vertcs_del(h);
-    } else if (ox_hvdatum_p(h)) {
-        ox_hvdatum_to_string_ext(h, 2, text);
-        ox_hvdatum_del(h);
-    } else if (ox_spheroid_p(h)) {
-        ox_spheroid_to_string_ext(h, 2, text);
-        ox_spheroid_del(h);
-    } else if (ox_primem_p(h)) {
-        ox_primem_to_string_ext(h, 2, text);
-        ox_primem_del(h);
-    } else if (ox_unit_p(h)) {
-        ox_unit_to_string_ext(h, 2, text);
-        copy = ox_unit_clone(h);
-        if (copy != nullptr) {
-            ox_factory_code(copy);  // exhaustive: the unit file is in play
-            ox_unit_del(copy);
-        }
-        ox_unit_del(h);
-    } else {
-        ox_method_del(h);
-        ox_htmethod_del(h);
-        ox_projection_del(h);
-        ox_parameter_del(h);
+    for (const Kind &k : kKinds) {
+        if (!k.is(h)) continue;
+        k.write(h, 2, text);
+        ox_object *copy = k.clone(h);
+        if (copy != nullptr && k.eq(h, copy) != 1) __builtin_trap();
+        if (copy != nullptr && ox_unit_p(copy)) ox_factory_code(copy);  // exhaustive: the unit file is in play
+        k.del(copy);
+        k.del(h);
+        return;
     }
+    __builtin_trap();  // the factory built something of no known kind
 }
 
 }  // namespace
