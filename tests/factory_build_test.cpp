@@ -435,26 +435,56 @@ TEST_F(Factory, ZoneFamiliesAgreeWithTheRegistryRows) {
     EXPECT_GT(rows, 900);
 }
 
+// One member of every family whose codes follow no offset rule (the
+// registry has no row left of the ISG and Greenwich-based Norway families).
 TEST_F(Factory, ListedZoneFamilies) {
     const struct {
         int32_t code;
         const char *name;
-        double central_meridian;
     } members[] = {
-        {25391, "Philippines_Zone_I", 117.0},        {25395, "Philippines_Zone_V", 125.0},
-        {32181, "NAD_1983_MTM_1", -53.0},            {32197, "NAD_1983_MTM_17", -96.0},
-        {30161, "Japan_Zone_1", 129.5},              {2461, "JGD_2000_Japan_Zone_19", 154.0},
-        {3771, "NAD_1927_3TM_111", -111.0},          {23830, "DGN_1995_Indonesia_TM-3_Zone_46.2", 94.5},
-        {3126, "ETRS_1989_ETRS-GK19FIN", 19.0},      {27391, "NGO_1948_Oslo_Norway_Zone_1", -4.666666666666667},
-        {2319, "ED_1950_TM27", 27.0},                {31257, "MGI_Austria_GK_M28", 10.333333333333334},
-        {2008 + 1, "NAD_1927_CGQ77_MTM_3_SCoPQ", -58.5}, {3396, "PD/83_GK_Zone_3", 9.0},
-        {3169, "RGNC_1991-93_UTM_Zone_57S", 159.0},  {3155, "NAD_1983_CSRS_UTM_Zone_8N", -135.0},
+        {2009, "NAD_1927_CGQ77_MTM_3_SCoPQ"}, {2017, "NAD_1927_DEF_1976_MTM_8"}, {2068, "ELD_1979_Libya_5"},
+        {2319, "ED_1950_TM27"}, {2338, "Xian_1980_GK_CM_75E"}, {2370, "Xian_1980_3_Degree_GK_CM_75E"},
+        {2422, "Beijing_1954_3_Degree_GK_CM_75E"}, {2443, "JGD_2000_Japan_Zone_1"},
+        {2582, "Pulkovo_1942_3_Degree_GK_CM_21E"}, {2637, "Pulkovo_1942_3_Degree_GK_CM_177W"},
+        {2699, "Pulkovo_1995_3_Degree_GK_CM_21E"}, {2755, "Pulkovo_1995_3_Degree_GK_CM_177W"},
+        {2935, "Pulkovo_1942_CS63_Zone_A1"}, {2939, "Pulkovo_1942_CS63_Zone_K2"}, {2945, "NAD_1983_CSRS_MTM_3"},
+        {3054, "Hjorsey_1955_UTM_Zone_26N"}, {3126, "ETRS_1989_ETRS-GK19FIN"}, {3154, "NAD_1983_CSRS_UTM_Zone_7N"},
+        {3169, "RGNC_1991-93_UTM_Zone_57S"}, {3178, "Greenland_1996_UTM_Zone_18N"},
+        {3190, "LGD2006_Libya_TM_Zone_5"}, {3199, "LGD2006_UTM_Zone_32N"}, {3296, "RGPF_UTM_Zone_5S"},
+        {3316, "Kasai_1953_Congo_TM_Zone_22"}, {3318, "IGC_1962_Congo_TM_Zone_12"},
+        {3329, "Pulkovo_1942_Adj_1958_3_Degree_GK_Zone_5"}, {3333, "Pulkovo_1942_Adj_1958_GK_Zone_3"},
+        {3339, "IGCB_1955_Congo_TM_Zone_12"}, {3343, "Mauritania_1999_UTM_Zone_28N"},
+        {3367, "IGN_Astro_1960_UTM_Zone_28N"}, {3391, "Karbala_1979_Polservice_UTM_Zone_37N"},
+        {3396, "PD/83_GK_Zone_3"}, {3398, "RD/83_GK_Zone_4"}, {3405, "VN_2000_UTM_Zone_48N"},
+        {3449, "JAD_2001_UTM_Zone_17N"}, {3771, "NAD_1927_3TM_111"}, {3775, "NAD_1983_3TM_111"},
+        {23830, "DGN_1995_Indonesia_TM-3_Zone_46.2"}, {23866, "DGN_1995_UTM_Zone_46N"},
+        {23877, "DGN_1995_UTM_Zone_47S"}, {25391, "Philippines_Zone_I"}, {25395, "Philippines_Zone_V"},
+        {26331, "Minna_UTM_Zone_31N"}, {27391, "NGO_1948_Oslo_Norway_Zone_1"}, {30161, "Japan_Zone_1"},
+        {30179, "Japan_Zone_19"}, {31257, "MGI_Austria_GK_M28"}, {31284, "MGI_M28"}, {31288, "MGI_Ferro_M28"},
+        {32081, "NAD_1927_MTM_1"}, {32181, "NAD_1983_MTM_1"}, {32197, "NAD_1983_MTM_17"},
     };
     for (const auto &m : members) {
         Owned h(ox_factory_projcs(m.code));
         ASSERT_TRUE(h) << m.code;
         EXPECT_EQ(name_of(h.get()), m.name);
-        EXPECT_NEAR(parameter(h.get(), "Central_Meridian"), m.central_meridian, 1e-9) << m.code;
+        EXPECT_EQ(parameter_count(h.get()), 5) << m.code;
+    }
+    // The per-member values of families with no linear rule.
+    const struct {
+        int32_t code;
+        double central_meridian, latitude_of_origin, false_easting;
+    } values[] = {
+        {32181, -53.0, 0.0, 304800.0},     {32197, -96.0, 0.0, 304800.0},
+        {30169, 139.0 + 50.0 / 60.0, 36.0, 0.0},        {23830, 94.5, 0.0, 200000.0},
+        {3771, -111.0, 0.0, 0.0},          {3126, 19.0, 0.0, 500000.0},
+        {27391, -4.666666666666667, 58.0, 0.0},
+    };
+    for (const auto &v : values) {
+        Owned h(ox_factory_projcs(v.code));
+        ASSERT_TRUE(h) << v.code;
+        EXPECT_NEAR(parameter(h.get(), "Central_Meridian"), v.central_meridian, 1e-12) << v.code;
+        EXPECT_NEAR(parameter(h.get(), "Latitude_Of_Origin"), v.latitude_of_origin, 1e-12) << v.code;
+        EXPECT_EQ(parameter(h.get(), "False_Easting"), v.false_easting) << v.code;
     }
 }
 
@@ -555,6 +585,48 @@ TEST_F(Factory, EveryCatalogueCodeBuildsAndWritesAReadableString) {
             }
         }
     EXPECT_GT(built, 3200);
+}
+
+}  // namespace
+
+namespace {
+
+// Every allocation of a build may fail: the builder answers null or a whole
+// object and leaves nothing behind.
+TEST_F(Factory, AllocationFailuresLeaveNothingBehind) {
+    for (int32_t code : {4326, 32633, 30169, 26761, 2990, 4635, 6635, 106043, 107005, 1241, 5703, 115700, 102100})
+        oxtest::every_allocation_fails([code] { return ox_factory(code); }, "factory");
+    oxtest::every_allocation_fails([] {
+        int32_t count = 0;
+        ox_predefined_entry *list = ox_predefined_primem(&count);
+        const bool whole = list != nullptr && count == 15;
+        if (list == nullptr) {
+            EXPECT_EQ(count, 0);
+        }
+        ox_table_del(list);
+        return whole ? ox_unit_new("done", 1.0) : nullptr;
+    }, "predefined list");
+    oxtest::every_allocation_fails([] {
+        int32_t count = -1;
+        int32_t *list = ox_factory_spheroid_codelist(&count);
+        if (list == nullptr) {
+            EXPECT_EQ(count, 0);
+        }
+        ox_factory_codelist_del(list);
+        return list != nullptr ? ox_unit_new("done", 1.0) : nullptr;
+    }, "code list");
+}
+
+TEST_F(Factory, HostileDefinitionStrings) {
+    std::string long_name(100000, 'A');
+    EXPECT_EQ(ox_factory_defstring_to_int(long_name.c_str()), 0);
+    long_name.replace(0, 7, "OX_GCS_");
+    EXPECT_EQ(ox_factory_defstring_to_int(long_name.c_str()), 0);
+    EXPECT_EQ(ox_factory_defstring_to_int("OX_"), 0);
+    EXPECT_EQ(ox_factory_defstring_to_int("\xff\xfe\x80"), 0);
+    EXPECT_EQ(ox_factory_defstring_to_int("O X _ G C S _"), 0);
+    for (int32_t code : {INT32_MIN, -1, 0, 43000, 43500, 100000, 119700, INT32_MAX})
+        EXPECT_EQ(ox_factory_int_to_defstring(code), nullptr) << code;
 }
 
 }  // namespace
