@@ -75,21 +75,22 @@ bool factory_params(const cat::ParamValue *values, int count, ox_object *params[
 
 const KindInfo *kind_info(uint32_t tag) {
     constexpr uint32_t kGeogcsBits = kEditGeogcs | kEditDatum | kEditSpheroid | kEditPrimem | kEditUnit;
-    static const KindInfo kinds[] = {
-        {OX_TAG_PROJCS, ox_factory_coderanges_projcs, ox_factory_projcs, kEditProjcs | kGeogcsBits},
-        {OX_TAG_GEOGCS, ox_factory_coderanges_geogcs, ox_factory_geogcs, kGeogcsBits},
-        {OX_TAG_VERTCS, ox_factory_coderanges_vertcs, ox_factory_vertcs,
+    // In the order in which the reverse look-up tests an object's kind.
+    static const KindInfo kinds[kReverseKinds] = {
+        {0, OX_TAG_PROJCS, ox_factory_coderanges_projcs, ox_factory_projcs, kEditProjcs | kGeogcsBits},
+        {1, OX_TAG_GEOGCS, ox_factory_coderanges_geogcs, ox_factory_geogcs, kGeogcsBits},
+        {2, OX_TAG_VERTCS, ox_factory_coderanges_vertcs, ox_factory_vertcs,
          kEditVertcs | kEditVdatum | kEditDatum | kEditSpheroid | kEditUnit},
-        {OX_TAG_GEOGTRAN, ox_factory_coderanges_geogtran, ox_factory_geogtran, kEditGeogtran | kGeogcsBits},
-        {OX_TAG_DATUM, ox_factory_coderanges_datum, ox_factory_datum, kEditDatum | kEditSpheroid},
-        {OX_TAG_VDATUM, ox_factory_coderanges_vdatum, ox_factory_vdatum, kEditVdatum},
-        {OX_TAG_SPHEROID, ox_factory_coderanges_spheroid, ox_factory_spheroid, kEditSpheroid},
-        {OX_TAG_PRIMEM, ox_factory_coderanges_primem, ox_factory_primem, kEditPrimem},
-        {OX_TAG_PROJECTION, ox_factory_coderanges_projection, ox_factory_projection, 0},
-        {OX_TAG_PARAMETER, ox_factory_coderanges_parameter, ox_factory_parameter, 0},
-        {OX_TAG_METHOD, ox_factory_coderanges_method, ox_factory_method, 0},
-        {OX_TAG_HTMETHOD, ox_factory_coderanges_htmethod, ox_factory_htmethod, 0},
-        {OX_TAG_UNIT, ox_factory_coderanges_unit, ox_factory_unit, kEditUnit},
+        {3, OX_TAG_GEOGTRAN, ox_factory_coderanges_geogtran, ox_factory_geogtran, kEditGeogtran | kGeogcsBits},
+        {4, OX_TAG_DATUM, ox_factory_coderanges_datum, ox_factory_datum, kEditDatum | kEditSpheroid},
+        {5, OX_TAG_VDATUM, ox_factory_coderanges_vdatum, ox_factory_vdatum, kEditVdatum},
+        {6, OX_TAG_SPHEROID, ox_factory_coderanges_spheroid, ox_factory_spheroid, kEditSpheroid},
+        {7, OX_TAG_PRIMEM, ox_factory_coderanges_primem, ox_factory_primem, kEditPrimem},
+        {8, OX_TAG_PROJECTION, ox_factory_coderanges_projection, ox_factory_projection, 0},
+        {9, OX_TAG_PARAMETER, ox_factory_coderanges_parameter, ox_factory_parameter, 0},
+        {10, OX_TAG_METHOD, ox_factory_coderanges_method, ox_factory_method, 0},
+        {11, OX_TAG_HTMETHOD, ox_factory_coderanges_htmethod, ox_factory_htmethod, 0},
+        {12, OX_TAG_UNIT, ox_factory_coderanges_unit, ox_factory_unit, kEditUnit},
     };
     for (const KindInfo &k : kinds)
         if (k.tag == tag) return &k;

@@ -97,9 +97,12 @@ ox_object *projcs_from_zone_families(int32_t code);
 ox_object *projcs_assemble(const char *name, int32_t geogcs, int32_t projection, int32_t unit,
                            ox_object *params[OX_PARAMETER_SLOTS]);
 
-// The four builders that ox_factory_code and the predefined lists call for
-// each kind, with the kind's code-range set.
+// What the reverse look-up needs of each of its thirteen kinds: the builder
+// and the code-range set it searches, and the object-edit files that can
+// change what the builder makes.
+inline constexpr int kReverseKinds = 13;
 struct KindInfo {
+    int index;  // 0 .. kReverseKinds - 1
     uint32_t tag;
     const ox_coderange_set *(*ranges)();
     ox_object *(*build)(int32_t code);

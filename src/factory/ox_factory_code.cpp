@@ -75,21 +75,10 @@ Index *build_index(const KindInfo &kind) {
 
 // One index per kind, built on first use and kept for the life of the
 // process.  A failed build (memory exhausted) is retried on the next call.
-constexpr int kKinds = 13;
-std::atomic<Index *> g_indexes[kKinds];
-
-int kind_slot(uint32_t tag) {
-    static const uint32_t kTags[kKinds] = {OX_TAG_PROJCS,     OX_TAG_GEOGCS,    OX_TAG_VERTCS,   OX_TAG_GEOGTRAN,
-                                           OX_TAG_DATUM,      OX_TAG_VDATUM,    OX_TAG_SPHEROID, OX_TAG_PRIMEM,
-                                           OX_TAG_PROJECTION, OX_TAG_PARAMETER, OX_TAG_METHOD,   OX_TAG_HTMETHOD,
-                                           OX_TAG_UNIT};
-    for (int i = 0; i < kKinds; ++i)
-        if (kTags[i] == tag) return i;
-    return -1;
-}
+std::atomic<Index *> g_indexes[kReverseKinds];
 
 const Index *index_of(const KindInfo &kind) {
-    std::atomic<Index *> &slot = g_indexes[kind_slot(kind.tag)];
+    std::atomic<Index *> &slot = g_indexes[kind.index];
     Index *index = slot.load(std::memory_order_acquire);
     if (index != nullptr) return index;
     Index *built = build_index(kind);
@@ -147,7 +136,7 @@ void search_index(Search &s, const Index &index) {
 extern "C" OX_API int32_t ox_factory_code(ox_object *object) {
     if (object == nullptr) return 0;
     const ox::KindInfo *kind = ox::kind_info(object->type);
-    if (kind == nullptr || !ox::is_type(object, kind->tag)) return 0;
+    if (kind == nullptr) return 0;
     if (object->code >= 0) return object->code;
     ox::Search s{object, *kind};
     const ox::Index *index = nullptr;
