@@ -135,6 +135,8 @@ TEST_F(Factory, AuthorityBandsStampTheirAuthority) {
     Owned web(ox_factory_projcs(102100));
     ASSERT_TRUE(web);
     EXPECT_EQ(name_of(web.get()), "WGS_1984_Web_Mercator_Auxiliary_Sphere");
+    EXPECT_EQ(stamp_of(web.get()).authority, "MAVO");
+    EXPECT_EQ(stamp_of(web.get()).code, 102100);
     EXPECT_EQ(ox_spheroid_flattening(ox_datum_spheroid(ox_geogcs_datum(ox_projcs_geogcs(web.get())))), 0.0);
     EXPECT_EQ(ox_spheroid_axis(ox_datum_spheroid(ox_geogcs_datum(ox_projcs_geogcs(web.get())))), 6378137.0);
     Owned web_epsg(ox_factory_projcs(3857));
