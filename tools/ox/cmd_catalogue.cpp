@@ -45,6 +45,19 @@ const List kLists[] = {
 
 }  // namespace
 
+ox_object *catalogue_projcs(const char *arg) {
+    if (arg == nullptr) return nullptr;
+    const int32_t code = ox_factory_defstring_to_int(arg);
+    if (code == 0) return nullptr;
+    // Digits only, or a definition string: a file of that name is not meant.
+    const char *p = arg;
+    while (*p == ' ' || *p == '\t') ++p;
+    bool digits = true;
+    for (const char *q = p; *q; ++q) digits = digits && *q >= '0' && *q <= '9';
+    if (!digits && std::strncmp(p, "OX_", 3) != 0) return nullptr;
+    return ox_factory_projcs(code);
+}
+
 int cmd_info(int argc, char **argv) {
     if (argc < 2) {
         std::fputs("usage: ox info CODE|DEFINITION_STRING\n", stderr);

@@ -21,6 +21,10 @@ bool read_text(const char *path, char *buffer, size_t size);
 // object's delete and writer functions.  Null when the text is not readable.
 ox_object *read_any(const char *text, void (**del)(ox_object *), void (**write)(ox_object *, int32_t, char *));
 
+// The projected system of a catalogue code ("32633") or definition string
+// ("OX_PCS_WGS_1984_UTM_ZONE_33N"); null for anything else.
+ox_object *catalogue_projcs(const char *arg);
+
 int cmd_version(int argc, char **argv);
 int cmd_parse(int argc, char **argv);
 int cmd_defaults(int argc, char **argv);
