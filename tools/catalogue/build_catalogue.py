@@ -593,7 +593,6 @@ class Catalogue:
         registry's rows of the band (false easting and central meridian linear
         in the zone number, the rest constant)."""
         template = f['template']
-        first = int(f['first_zone']) - int(f['low'])
         rows = []
         for g in all_families:
             if g['template'] != template:
@@ -603,11 +602,11 @@ class Catalogue:
                 if c in candidates and self.family_name_matches(template, c + off, candidates[c]):
                     rows.append((c + off, candidates[c]))
         fam = {'template': template, 'form': 'int'}
-        if f['geogcs'] and f['projection'] == '' and f['false_easting'] == '':
-            # Only the geographic system is given: the registry reused the
-            # band's codes for systems on a newer frame with the same zones.
-            pass
-        elif f['geogcs']:
+        # A row with its false easting gives the whole rule; a row with only
+        # a geographic system keeps that system and fits the rest (the
+        # registry reused the band's codes for a newer frame with the same
+        # zones).
+        if f['false_easting'] != '':
             fam.update(geogcs=int(f['geogcs']), projection=int(f['projection']), unit=int(f['unit']),
                        fe=float(f['false_easting']), fe_step=float(f['fe_per_zone']),
                        fn=float(f['false_northing']), cm0=float(f['cm_origin']), cm_step=float(f['cm_per_zone']),
