@@ -155,6 +155,11 @@ TEST(Robustness, AccessorsAndSettersOfEveryType) {
             EXPECT_EQ(ox_projcs_eqnn(h, h), 0);
             EXPECT_EQ(ox_projcs_clone_alterunits(h, nullptr, nullptr), nullptr);
             EXPECT_EQ(ox_projcs_isconstloaded(h), 0);
+            EXPECT_EQ(ox_projcs_load_constants(h), 0);
+            double xy[2] = {1, 2};
+            EXPECT_EQ(ox_geog_to_proj(h, 0, xy), 0);
+            ox_geog_to_proj(h, 1, xy);  // reaches the identity routine: no crash
+            ox_proj_to_geog_center(h, 1, xy, 3.0);
             ox_projcs_unload_constants(h);
             params[0] = nullptr;
             ox_projcs_parameters(h, params);

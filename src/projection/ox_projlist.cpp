@@ -17,17 +17,21 @@ constexpr const char *kMavoVersion = "9.3.0";
 
 #define OX_ROW(code, name, fwd, inv, hz, hzpcs, hzgr, hzpr, consts) \
     {code, kMavo, kMavoVersion, name, fwd, inv, hz, hzpcs, hzgr, hzpr, consts}
+// A row with the world horizon only.
+#define OX_WORLD_ROW(code, name, fwd, inv, consts) \
+    OX_ROW(code, name, fwd, inv, horizon_world, nullptr, nullptr, nullptr, consts)
 // A row whose projection family has no routines yet: it converts nothing.
 #define OX_PENDING(code, name) \
     OX_ROW(code, name, proj_unavailable, proj_unavailable, horizon_world, nullptr, nullptr, nullptr, nullptr)
 
 constexpr ProjRow kRows[] = {
-    OX_PENDING(43001, "Plate_Carree"),
-    OX_PENDING(43002, "Equidistant_Cylindrical"),
-    OX_PENDING(43003, "Miller_Cylindrical"),
-    OX_PENDING(43004, "Mercator"),
-    OX_PENDING(43005, "Gauss_Kruger"),
-    OX_PENDING(43006, "Transverse_Mercator"),
+    OX_WORLD_ROW(43001, "Plate_Carree", plate_carree_forward, plate_carree_inverse, nullptr),
+    OX_WORLD_ROW(43002, "Equidistant_Cylindrical",
+                 equidistant_cylindrical_forward, equidistant_cylindrical_inverse, nullptr),
+    OX_WORLD_ROW(43003, "Miller_Cylindrical", miller_cylindrical_forward, miller_cylindrical_inverse, nullptr),
+    OX_WORLD_ROW(43004, "Mercator", mercator_forward, mercator_inverse, mercator_constants),
+    OX_WORLD_ROW(43005, "Gauss_Kruger", gauss_kruger_forward, gauss_kruger_inverse, gauss_kruger_constants),
+    OX_WORLD_ROW(43006, "Transverse_Mercator", gauss_kruger_forward, gauss_kruger_inverse, gauss_kruger_constants),
     OX_PENDING(43056, "Transverse_Mercator_Complex"),
     OX_PENDING(43007, "Albers"),
     OX_PENDING(43008, "Sinusoidal"),
@@ -38,8 +42,9 @@ constexpr ProjRow kRows[] = {
     OX_PENDING(43013, "Eckert_III"),
     OX_PENDING(43014, "Eckert_II"),
     OX_PENDING(43015, "Eckert_I"),
-    OX_PENDING(43016, "Gall_Stereographic"),
-    OX_PENDING(43017, "Behrmann"),
+    OX_WORLD_ROW(43016, "Gall_Stereographic",
+                 gall_stereographic_forward, gall_stereographic_inverse, gall_stereographic_constants),
+    OX_WORLD_ROW(43017, "Behrmann", behrmann_forward, behrmann_inverse, behrmann_constants),
     OX_PENDING(43018, "Winkel_I"),
     OX_PENDING(43019, "Winkel_II"),
     OX_PENDING(43020, "Lambert_Conformal_Conic"),
@@ -62,7 +67,8 @@ constexpr ProjRow kRows[] = {
     OX_PENDING(43031, "Two_Point_Equidistant"),
     OX_PENDING(43032, "Azimuthal_Equidistant"),
     OX_PENDING(43033, "Lambert_Azimuthal_Equal_Area"),
-    OX_PENDING(43034, "Cylindrical_Equal_Area"),
+    OX_WORLD_ROW(43034, "Cylindrical_Equal_Area",
+                 cylindrical_eqarea_forward, cylindrical_eqarea_inverse, cylindrical_eqarea_constants),
     OX_PENDING(43038, "Double_Stereographic"),
     OX_PENDING(43039, "Krovak"),
     OX_PENDING(43040, "New_Zealand_Map_Grid"),
@@ -83,6 +89,7 @@ constexpr ProjRow kRows[] = {
     OX_PENDING(43059, "Goode_Homolosine"),
 };
 #undef OX_PENDING
+#undef OX_WORLD_ROW
 #undef OX_ROW
 constexpr int kRowCount = sizeof kRows / sizeof kRows[0];
 static_assert(kRowCount == 59, "the registry has 59 projections");

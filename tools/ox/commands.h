@@ -25,9 +25,16 @@ ox_object *read_any(const char *text, void (**del)(ox_object *), void (**write)(
 // ("OX_PCS_WGS_1984_UTM_ZONE_33N"); null for anything else.
 ox_object *catalogue_projcs(const char *arg);
 
+// The projected system that a command-line argument names: an object string
+// starting with PROJCS, or the name of a file that holds one.  Null when
+// none can be read.
+ox_object *load_projcs(const char *arg);
+
 int cmd_version(int argc, char **argv);
 int cmd_parse(int argc, char **argv);
 int cmd_defaults(int argc, char **argv);
+int cmd_project(int argc, char **argv);
+int cmd_unproject(int argc, char **argv);
 int cmd_info(int argc, char **argv);
 int cmd_list(int argc, char **argv);
 int cmd_code(int argc, char **argv);

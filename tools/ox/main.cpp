@@ -22,6 +22,32 @@ const Command kCommands[] = {
      "PROJECTION is a registry name (\"Transverse_Mercator\", aliases accepted) or\n"
      "code (43006). Prints one PARAMETER[...] per line in slot order.\n",
      cmd_defaults},
+    {"project", "project longitude/latitude pairs through a projected system",
+     "usage: ox project [--precision N] SYSTEM < POINTS\n\n"
+     "SYSTEM is a projected system: an object string starting with PROJCS[ or the\n"
+     "name of a file that holds one. POINTS are whitespace-separated longitude and\n"
+     "latitude pairs in the angular unit of the system's GEOGCS, read from standard\n"
+     "input; each pair is written to standard output as \"x y\" in the system's\n"
+     "linear unit, false easting and northing included.\n\n"
+     "  --precision N  digits after the decimal point, 0 to 17 (default 4)\n\n"
+     "A point that cannot be converted, or a value that is not a number, prints\n"
+     "\"nan nan\". Exit status 0 when every point converted, 1 when some did not or\n"
+     "the input was malformed, 2 for a usage error or an unreadable SYSTEM.\n",
+     cmd_project},
+    {"unproject", "unproject x/y pairs back to longitude/latitude",
+     "usage: ox unproject [--precision N] [--center LON] SYSTEM < POINTS\n\n"
+     "SYSTEM is a projected system: an object string starting with PROJCS[ or the\n"
+     "name of a file that holds one. POINTS are whitespace-separated x and y pairs\n"
+     "in the system's linear unit, read from standard input; each pair is written\n"
+     "to standard output as \"longitude latitude\" in the angular unit of the\n"
+     "system's GEOGCS.\n\n"
+     "  --precision N  digits after the decimal point, 0 to 17 (default 9)\n"
+     "  --center LON   return longitudes within 180 degrees (half a turn of the\n"
+     "                 angular unit) of LON instead of the usual range\n\n"
+     "A point that cannot be converted, or a value that is not a number, prints\n"
+     "\"nan nan\". Exit status 0 when every point converted, 1 when some did not or\n"
+     "the input was malformed, 2 for a usage error or an unreadable SYSTEM.\n",
+     cmd_unproject},
     {"info", "print a catalogue object by code or definition string",
      "usage: ox info CODE|DEFINITION_STRING\n\n"
      "Builds the object of a catalogue code (4326) or definition string\n"

@@ -1,0 +1,280 @@
+// The vectorisable point machinery: the inline sine/cosine and logarithm
+// against the C library, the inline longitude reduction and pole test
+// against their library forms, and every projection of this family run
+// through every instruction-set variant of the point loops (identical bits)
+// and through the C library path (agreement to a few units in the last
+// place), including points that the fast path hands back.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "ox.h"
+#include "projection/ox_projmath.h"
+#include "projection_support.h"
+
+namespace {
+
+using Params = std::vector<std::pair<std::string, double>>;
+
+double ulp(double v) {
+    const double a = std::fabs(v);
+    return std::nextafter(a, std::numeric_limits<double>::infinity()) - a;
+}
+
+TEST(FastMath, SineAndCosineWithinAnUlp) {
+    std::mt19937_64 gen(11);
+    std::uniform_real_distribution<double> wide(-ox::FastMath::kSinCosRange, ox::FastMath::kSinCosRange);
+    std::uniform_real_distribution<double> narrow(-3.5, 3.5);
+    std::vector<double> xs = {0.0,     -0.0,          1e-300,         -5e-324, ox::kHalfPi, -ox::kHalfPi,
+                              ox::kPi, ox::kNearPole, ox::kQuarterPi, 1.0,     1e-8,        1023.9};
+    for (int i = 0; i < 400000; ++i) xs.push_back(i % 4 == 0 ? wide(gen) : narrow(gen));
+    for (int k = -8; k <= 8; ++k)
+        for (int j = -4; j <= 4; ++j) xs.push_back(std::nextafter(k * ox::kHalfPi, j * 10.0) + j * 1e-17);
+    for (double x : xs) {
+        double s, c;
+        ox::FastMath::sincos(x, s, c);
+        ASSERT_LE(std::fabs(s - std::sin(x)), ulp(std::sin(x))) << x;
+        ASSERT_LE(std::fabs(c - std::cos(x)), ulp(std::cos(x))) << x;
+        ASSERT_TRUE(ox::FastMath::sincos_ok(x));
+    }
+    EXPECT_FALSE(ox::FastMath::sincos_ok(std::nan("")));
+    EXPECT_FALSE(ox::FastMath::sincos_ok(HUGE_VAL));
+    EXPECT_FALSE(ox::FastMath::sincos_ok(1025.0));
+}
+
+TEST(FastMath, LogarithmWithinAnUlp) {
+    std::mt19937_64 gen(12);
+    std::uniform_real_distribution<double> exponent(-700.0, 700.0), near_one(-1e-3, 1e-3);
+    std::vector<double> xs = {1.0,
+                              2.0,
+                              0.5,
+                              10.0,
+                              2.2250738585072014e-308,
+                              1.7976931348623157e308,
+                              std::nextafter(1.0, 2.0),
+                              std::nextafter(1.0, 0.0),
+                              1.4142135623730951};
+    for (int i = 0; i < 400000; ++i) xs.push_back(i % 3 == 0 ? 1.0 + near_one(gen) : std::exp(exponent(gen)));
+    for (double x : xs) {
+        ASSERT_TRUE(ox::FastMath::log_ok(x)) << x;
+        ASSERT_LE(std::fabs(ox::FastMath::log(x) - std::log(x)), ulp(std::log(x))) << x;
+    }
+    for (double bad : {0.0, -1.0, 1e-310, HUGE_VAL, std::nan("")}) EXPECT_FALSE(ox::FastMath::log_ok(bad)) << bad;
+}
+
+TEST(FastMath, InlineReductionIsTheLibraryReduction) {
+    std::vector<double> ds = {0.0, -0.0, ox::kPi, -ox::kPi, ox::kTwoPi, -ox::kTwoPi, 9.0, -9.0, 3 * ox::kPi, 7.0, -7.0};
+    for (double base : {ox::kPi, -ox::kPi, ox::kTwoPi, -ox::kTwoPi})
+        for (int j = 1; j <= 40; ++j) {
+            ds.push_back(base + j * 1e-16 * base);
+            ds.push_back(base - j * 1e-16 * base);
+        }
+    std::mt19937_64 gen(13);
+    std::uniform_real_distribution<double> u(-9.0, 9.0);
+    for (int i = 0; i < 200000; ++i) ds.push_back(u(gen));
+    for (double d : ds) {
+        if (!ox::FastMath::reduce_ok(d)) continue;
+        const double a = ox::FastMath::reduce(d), b = ox_delta(d);
+        ASSERT_EQ(std::memcmp(&a, &b, sizeof a), 0) << d;
+    }
+    for (double d : {9.5, -1e6, 1e300, std::nan(""), HUGE_VAL}) EXPECT_FALSE(ox::FastMath::reduce_ok(d)) << d;
+}
+
+TEST(FastMath, PoleTestIsTheEqualityRule) {
+    for (int j = -60; j <= 60; ++j)
+        for (double sign : {1.0, -1.0}) {
+            const double phi = sign * (ox::kHalfPi + j * 2.5e-16);
+            const double expect = ox_eq(std::fabs(phi), ox::kHalfPi) ? std::copysign(ox::kNearPole, phi) : phi;
+            EXPECT_EQ(ox::off_pole(phi), expect) << phi;
+        }
+}
+
+// ---------------------------------------------------------------------------
+// Every projection through every loop variant.
+// ---------------------------------------------------------------------------
+
+struct Case {
+    std::string projection;
+    double rf;
+    Params params;
+};
+
+std::vector<Case> cases() {
+    const Params cyl = {{"False_Easting", 100}, {"False_Northing", -200}, {"Central_Meridian", 12.5}};
+    Params sp = cyl;
+    sp.push_back({"Standard_Parallel_1", 33.0});
+    const Params tm = {{"False_Easting", 500000},
+                       {"False_Northing", 0},
+                       {"Central_Meridian", 15},
+                       {"Scale_Factor", 0.9996},
+                       {"Latitude_Of_Origin", 10}};
+    std::vector<Case> out;
+    for (double rf : {298.257223563, 0.0}) {
+        out.push_back({"Plate_Carree", rf, cyl});
+        out.push_back({"Equidistant_Cylindrical", rf, sp});
+        out.push_back({"Miller_Cylindrical", rf, cyl});
+        out.push_back({"Mercator", rf, sp});
+        out.push_back({"Gall_Stereographic", rf, cyl});
+        out.push_back({"Cylindrical_Equal_Area", rf, sp});
+        out.push_back({"Behrmann", rf, cyl});
+        out.push_back({"Transverse_Mercator", rf, tm});
+    }
+    return out;
+}
+
+// Points over the map and its edges, with values that the fast path hands
+// to the C library: far longitudes, non-finite values.
+std::vector<double> test_points(bool tm) {
+    std::vector<double> p;
+    std::mt19937_64 gen(17);
+    std::uniform_real_distribution<double> lon(-180.0, 180.0), near(12.0, 18.0), lat(-90.0, 90.0);
+    for (int i = 0; i < 3000; ++i) p.insert(p.end(), {tm ? near(gen) : lon(gen), lat(gen)});
+    const double nan = std::nan(""), inf = HUGE_VAL;
+    const std::vector<double> special = {15.0, 90.0, 15.0, -90.0, 16.0, 89.999999, 540.0, 45.0,  -1e5, 10.0, nan,
+                                         5.0,  15.0, nan,  inf,   0.0,  15.0,      -inf,  1e300, 1.0,  14.0, 0.0};
+    // Specials spread over several blocks of the point loop.
+    for (size_t at : {size_t(0), size_t(511), size_t(512), size_t(1999), size_t(2900)}) {
+        const size_t pos = 2 * at;
+        p.insert(p.begin() + static_cast<long>(pos), special.begin(), special.end());
+    }
+    return p;
+}
+
+bool same_bits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+
+class Variants : public ::testing::TestWithParam<Case> {
+  protected:
+    void TearDown() override { ox::point_loop_level_limit(-1); }
+};
+
+TEST_P(Variants, EveryLoopVariantGivesTheSameBitsAndAgreesWithTheLibraryPath) {
+    const Case &c = GetParam();
+    const bool tm = c.projection == "Transverse_Mercator";
+    ox_object *pcs = ox_projcs_from_string(oxtest::projcs_text(c.projection, 6378137.0, c.rf, c.params).c_str());
+    ASSERT_NE(pcs, nullptr);
+    const std::vector<double> input = test_points(tm);
+    const int32_t n = static_cast<int32_t>(input.size() / 2);
+    const int top = ox::point_loop_level_limit(-1);
+
+    auto convert = [&](int level, bool inverse, const std::vector<double> &in) {
+        ox::point_loop_level_limit(level);
+        std::vector<double> out = in;
+        EXPECT_EQ(inverse ? ox_proj_to_geog(pcs, n, out.data()) : ox_geog_to_proj(pcs, n, out.data()), n);
+        return out;
+    };
+    const std::vector<double> fwd = convert(top, false, input);
+    const std::vector<double> inv = convert(top, true, fwd);
+#if defined(__x86_64__)
+    const int first_vector_level = 1;  // level 0 is the C library path there
+#else
+    const int first_vector_level = 0;
+#endif
+    for (int level = first_vector_level; level < top; ++level) {
+        const std::vector<double> f = convert(level, false, input), i = convert(level, true, fwd);
+        for (size_t k = 0; k < f.size(); ++k) {
+            ASSERT_TRUE(same_bits(f[k], fwd[k])) << "level " << level << " forward " << k;
+            ASSERT_TRUE(same_bits(i[k], inv[k])) << "level " << level << " inverse " << k;
+        }
+    }
+    const std::vector<double> f = convert(ox::kExactLevel, false, input), i = convert(ox::kExactLevel, true, fwd);
+    for (size_t k = 0; k < f.size(); ++k) {
+        ASSERT_EQ(std::isnan(f[k]), std::isnan(fwd[k])) << k;
+        ASSERT_EQ(std::isnan(i[k]), std::isnan(inv[k])) << k;
+        if (std::isfinite(f[k])) {
+            // A few ulps of values up to 1e8 m.
+            ASSERT_LE(std::fabs(f[k] - fwd[k]), 1e-8 + 1e-13 * std::fabs(f[k])) << k << " " << input[k];
+        }
+        if (std::isfinite(i[k])) {
+            ASSERT_LE(std::fabs(i[k] - inv[k]), 1e-11) << k;
+        }
+    }
+    ox_projcs_del(pcs);
+}
+
+// The driver's units applied inside the library's point loops give the
+// same bits as the driver's own passes around any other routine (here a
+// caller's routine that forwards to the library's).
+ox_projection_routine g_forward = nullptr, g_inverse = nullptr;
+int32_t caller_forward(const double spheroid[2], const double parameters[16], int32_t n, double *points,
+                       const int32_t *header, const double *values) {
+    return g_forward(spheroid, parameters, n, points, header, values);
+}
+int32_t caller_inverse(const double spheroid[2], const double parameters[16], int32_t n, double *points,
+                       const int32_t *header, const double *values) {
+    return g_inverse(spheroid, parameters, n, points, header, values);
+}
+
+TEST_P(Variants, UnitsInsideThePointLoopMatchTheDriverPasses) {
+    const Case &c = GetParam();
+    const bool tm = c.projection == "Transverse_Mercator";
+    for (const char *unit : {"UNIT[\"Meter\",1.0]", "UNIT[\"Foot_US\",0.3048006096012192]"}) {
+        for (const char *angular : {"0.0174532925199433", "0.01570796326794897"}) {
+            std::string text = oxtest::projcs_text(c.projection, 6378137.0, c.rf, c.params, unit);
+            const size_t at = text.find("0.0174532925199433");
+            text.replace(at, 18, angular);
+            ox_object *library = ox_projcs_from_string(text.c_str());
+            ASSERT_NE(library, nullptr);
+            g_forward = ox_projection_forward(ox_projcs_projection(library));
+            g_inverse = ox_projection_inverse(ox_projcs_projection(library));
+            ox_object *params[16], *copies[16] = {};
+            ox_projcs_parameters(library, params);
+            for (int i = 0; i < 16; ++i) copies[i] = params[i] ? ox_parameter_clone(params[i]) : nullptr;
+            ox_object *caller =
+                ox_projcs_new("caller", ox_geogcs_clone(ox_projcs_geogcs(library)),
+                              ox_projection_new(c.projection.c_str(), caller_forward, caller_inverse, nullptr), copies,
+                              ox_unit_clone(ox_projcs_unit(library)));
+            ASSERT_NE(caller, nullptr);
+
+            const std::vector<double> input = test_points(tm);
+            const int32_t n = static_cast<int32_t>(input.size() / 2);
+            std::vector<double> a = input, b = input;
+            EXPECT_EQ(ox_geog_to_proj(library, n, a.data()), ox_geog_to_proj(caller, n, b.data()));
+            for (size_t k = 0; k < a.size(); ++k) ASSERT_TRUE(same_bits(a[k], b[k])) << "forward " << k;
+            for (double center : {0.0, 180.0, -33.0}) {
+                std::vector<double> ia = a, ib = a;
+                EXPECT_EQ(ox_proj_to_geog_center(library, n, ia.data(), center),
+                          ox_proj_to_geog_center(caller, n, ib.data(), center));
+                for (size_t k = 0; k < ia.size(); ++k)
+                    ASSERT_TRUE(same_bits(ia[k], ib[k])) << "inverse " << k << " center " << center;
+            }
+            ox_projcs_del(library);
+            ox_projcs_del(caller);
+        }
+    }
+}
+
+std::string case_name(const ::testing::TestParamInfo<Case> &info) {
+    return info.param.projection + (info.param.rf == 0.0 ? "_sphere" : "_ellipsoid");
+}
+
+INSTANTIATE_TEST_SUITE_P(Projections, Variants, ::testing::ValuesIn(cases()), case_name);
+
+// The same points converted one at a time and as one array agree bit for
+// bit, whichever block of the loop they fall in.
+TEST(PointLoop, BlocksDoNotChangeResults) {
+    const Params tm = {{"False_Easting", 500000},
+                       {"False_Northing", 0},
+                       {"Central_Meridian", 15},
+                       {"Scale_Factor", 0.9996},
+                       {"Latitude_Of_Origin", 0}};
+    ox_object *pcs =
+        ox_projcs_from_string(oxtest::projcs_text("Transverse_Mercator", 6378137.0, 298.257223563, tm).c_str());
+    ASSERT_NE(pcs, nullptr);
+    const std::vector<double> input = test_points(true);
+    for (int32_t n : {1, 255, 256, 257, 700}) {
+        std::vector<double> all(input.begin(), input.begin() + 2 * n);
+        ASSERT_EQ(ox_geog_to_proj(pcs, n, all.data()), n);
+        for (int32_t k = 0; k < n; ++k) {
+            double one[2] = {input[2 * k], input[2 * k + 1]};
+            ASSERT_EQ(ox_geog_to_proj(pcs, 1, one), 1);
+            ASSERT_TRUE(same_bits(one[0], all[2 * k]) && same_bits(one[1], all[2 * k + 1])) << n << " " << k;
+        }
+    }
+    ox_projcs_del(pcs);
+}
+
+}  // namespace
