@@ -52,6 +52,9 @@ expect "list of an unknown kind" 2 "" "" list things
 expect "code" 0 "4326 OX_GCS_WGS_1984" "$wgs84" code
 expect "code of no catalogue object" 1 "0" 'UNIT["Furlong",201.168]' code -
 expect "code of junk" 2 "" 'UNIT[' code
+expect "project by code" 0 "500000.0000 5761038.2126" "15 52" project 32633
+expect "project by definition string" 0 "500000.0000 5761038.2126" "15 52" project OX_PCS_WGS_1984_UTM_ZONE_33N
+expect "project with a geographic code" 2 "" "15 52" project 4326
 
 "$ox" --help | grep -q "usage: ox COMMAND" || fail "--help"
 for command in $("$ox" --help | awk '/^  [a-z]/ {print $1}'); do

@@ -25,9 +25,9 @@ ox_object *read_any(const char *text, void (**del)(ox_object *), void (**write)(
 // ("OX_PCS_WGS_1984_UTM_ZONE_33N"); null for anything else.
 ox_object *catalogue_projcs(const char *arg);
 
-// The projected system that a command-line argument names: an object string
-// starting with PROJCS, or the name of a file that holds one.  Null when
-// none can be read.
+// The projected system that a command-line argument names: a catalogue code
+// or definition string, an object string starting with PROJCS, or the name of
+// a file that holds one.  Null when none can be read.
 ox_object *load_projcs(const char *arg);
 
 int cmd_version(int argc, char **argv);

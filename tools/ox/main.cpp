@@ -24,8 +24,9 @@ const Command kCommands[] = {
      cmd_defaults},
     {"project", "project longitude/latitude pairs through a projected system",
      "usage: ox project [--precision N] SYSTEM < POINTS\n\n"
-     "SYSTEM is a projected system: an object string starting with PROJCS[ or the\n"
-     "name of a file that holds one. POINTS are whitespace-separated longitude and\n"
+     "SYSTEM is a projected system: a catalogue code (32633) or definition string\n"
+     "(OX_PCS_WGS_1984_UTM_ZONE_33N), an object string starting with PROJCS[, or\n"
+     "the name of a file that holds one. POINTS are whitespace-separated longitude and\n"
      "latitude pairs in the angular unit of the system's GEOGCS, read from standard\n"
      "input; each pair is written to standard output as \"x y\" in the system's\n"
      "linear unit, false easting and northing included.\n\n"
@@ -36,8 +37,9 @@ const Command kCommands[] = {
      cmd_project},
     {"unproject", "unproject x/y pairs back to longitude/latitude",
      "usage: ox unproject [--precision N] [--center LON] SYSTEM < POINTS\n\n"
-     "SYSTEM is a projected system: an object string starting with PROJCS[ or the\n"
-     "name of a file that holds one. POINTS are whitespace-separated x and y pairs\n"
+     "SYSTEM is a projected system: a catalogue code (32633) or definition string\n"
+     "(OX_PCS_WGS_1984_UTM_ZONE_33N), an object string starting with PROJCS[, or\n"
+     "the name of a file that holds one. POINTS are whitespace-separated x and y pairs\n"
      "in the system's linear unit, read from standard input; each pair is written\n"
      "to standard output as \"longitude latitude\" in the angular unit of the\n"
      "system's GEOGCS.\n\n"
