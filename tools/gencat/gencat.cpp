@@ -14,6 +14,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <initializer_list>
 #include <map>
 #include <set>
 #include <sstream>
@@ -213,39 +214,23 @@ int main(int argc, char **argv) {
     for (long c = 43001; c <= 43059; ++c) projections.insert(c);
     for (long c : {9601, 9603, 9604, 9605, 9606, 9607, 9613, 9615, 9636, 109607, 109613}) methods.insert(c);
     Rows rows;
-    {
-        const Csv c = read_csv(dir, "units.csv");
-        for (size_t i = 0; i < c.rows.size(); ++i) {
-            const long code = to_int(c, i, "code");
-            add_row(rows, code, "{" + std::to_string(code) + ", " + quoted(c.rows[i][1], where(c, i)) + ", " +
-                                    to_number(c, i, "factor") + "}", where(c, i));
-            units.insert(code);
-        }
-        emit_table(out, "UnitRow", "kUnits", rows);
-    }
-    {
+    // Tables of "code, name, numbers...": units, prime meridians, spheroids.
+    const auto leaf = [&](const char *file, const char *type, const char *table,
+                          std::initializer_list<const char *> numbers, std::set<long> &codes) {
         rows.clear();
-        const Csv c = read_csv(dir, "primems.csv");
+        const Csv c = read_csv(dir, file);
         for (size_t i = 0; i < c.rows.size(); ++i) {
             const long code = to_int(c, i, "code");
-            add_row(rows, code, "{" + std::to_string(code) + ", " + quoted(c.rows[i][1], where(c, i)) + ", " +
-                                    to_number(c, i, "longitude") + "}", where(c, i));
-            primems.insert(code);
+            std::string init = "{" + std::to_string(code) + ", " + quoted(c.rows[i][c.column("name")], where(c, i));
+            for (const char *n : numbers) init += ", " + to_number(c, i, n);
+            add_row(rows, code, init + "}", where(c, i));
+            codes.insert(code);
         }
-        emit_table(out, "PrimemRow", "kPrimems", rows);
-    }
-    {
-        rows.clear();
-        const Csv c = read_csv(dir, "spheroids.csv");
-        for (size_t i = 0; i < c.rows.size(); ++i) {
-            const long code = to_int(c, i, "code");
-            add_row(rows, code, "{" + std::to_string(code) + ", " + quoted(c.rows[i][1], where(c, i)) + ", " +
-                                    to_number(c, i, "semi_major_axis") + ", " +
-                                    to_number(c, i, "inverse_flattening") + "}", where(c, i));
-            spheroids.insert(code);
-        }
-        emit_table(out, "SpheroidRow", "kSpheroids", rows);
-    }
+        emit_table(out, type, table, rows);
+    };
+    leaf("units.csv", "UnitRow", "kUnits", {"factor"}, units);
+    leaf("primems.csv", "PrimemRow", "kPrimems", {"longitude"}, primems);
+    leaf("spheroids.csv", "SpheroidRow", "kSpheroids", {"semi_major_axis", "inverse_flattening"}, spheroids);
     const auto need = [](const std::set<long> &set, long code, const std::string &loc, const char *what) {
         if (!set.count(code)) fail(loc, std::string(what) + " " + std::to_string(code) + " is not in the catalogue");
     };
@@ -374,15 +359,7 @@ int main(int argc, char **argv) {
 
     // Vertical datums and systems.
     {
-        rows.clear();
-        const Csv c = read_csv(dir, "vdatums.csv");
-        for (size_t i = 0; i < c.rows.size(); ++i) {
-            const long code = to_int(c, i, "code");
-            add_row(rows, code, "{" + std::to_string(code) + ", " + quoted(c.rows[i][1], where(c, i)) + "}",
-                    where(c, i));
-            vdatums.insert(code);
-        }
-        emit_table(out, "VdatumRow", "kVdatums", rows);
+        leaf("vdatums.csv", "VdatumRow", "kVdatums", {}, vdatums);
         Rows on_vdatum, on_datum;
         const Csv v = read_csv(dir, "vertcs.csv");
         for (size_t i = 0; i < v.rows.size(); ++i) {
