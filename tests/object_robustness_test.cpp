@@ -155,6 +155,11 @@ TEST(Robustness, AccessorsAndSettersOfEveryType) {
             EXPECT_EQ(ox_projcs_eqnn(h, h), 0);
             EXPECT_EQ(ox_projcs_clone_alterunits(h, nullptr, nullptr), nullptr);
             EXPECT_EQ(ox_projcs_isconstloaded(h), 0);
+            EXPECT_EQ(ox_projcs_load_constants(h), 0);
+            double xy[2] = {1, 2};
+            EXPECT_EQ(ox_geog_to_proj(h, 0, xy), 0);
+            ox_geog_to_proj(h, 1, xy);  // reaches the identity routine: no crash
+            ox_proj_to_geog_center(h, 1, xy, 3.0);
             ox_projcs_unload_constants(h);
             params[0] = nullptr;
             ox_projcs_parameters(h, params);
@@ -227,31 +232,6 @@ TEST(Robustness, AccessorsAndSettersOfEveryType) {
     EXPECT_EQ(ox_vertcs_new("v", zoo.all[11], bad, zoo.all[0]), nullptr);
 }
 
-namespace {
-
-// Runs `make` with the n-th allocation failing, for n = 1, 2, ... until it
-// succeeds without a failure; every run must return null or a complete
-// object and leave no block behind.
-void every_allocation_fails(const std::function<ox_object *()> &make, const char *what) {
-    for (int n = 1; n < 10000; ++n) {
-        const int64_t live = ox::mem_live_count();
-        const int64_t before = ox::mem_allocation_count();
-        ox::mem_fail_after(n);
-        ox_object *h = make();
-        ox::mem_fail_after(0);
-        const bool reached = ox::mem_allocation_count() - before >= n;
-        oxtest::delete_any(h);
-        ASSERT_EQ(ox::mem_live_count(), live) << what << " leaks when allocation " << n << " fails";
-        if (!reached) {
-            EXPECT_NE(h, nullptr) << what;
-            return;
-        }
-    }
-    FAIL() << what << " never completed";
-}
-
-}  // namespace
-
 TEST(Robustness, AllocationFailuresLeaveNothingBehind) {
     const std::string transformation = std::string("GEOGTRAN[\"t\",") + oxtest::kWgs84 + "," + oxtest::kWgs84 +
                                        ",METHOD[\"Coordinate_Frame\"],PARAMETER[\"X_Axis_Translation\",1],"
@@ -260,28 +240,28 @@ TEST(Robustness, AllocationFailuresLeaveNothingBehind) {
                              ",VERTCS[\"v\",VDATUM[\"vd\"],PARAMETER[\"Vertical_Shift\",2],UNIT[\"m\",1]]]";
     const std::string adjusted = std::string("ADJHCS[\"a\",") + oxtest::kUtm33 +
                                  ",HTMETHOD[\"Affine_Parametric\"],ARRAY[\"c\",6,1,0,0,0,1,0],UNIT[\"m\",1]]";
-    every_allocation_fails([] { return ox_projcs_from_string(oxtest::kUtm33); }, "projcs reader");
-    every_allocation_fails([&] { return ox_geogtran_from_string(transformation.c_str()); }, "geogtran reader");
-    every_allocation_fails([&] { return ox_hvcoordsys_from_string(pair.c_str()); }, "hvcoordsys reader");
-    every_allocation_fails([&] {
+    oxtest::every_allocation_fails([] { return ox_projcs_from_string(oxtest::kUtm33); }, "projcs reader");
+    oxtest::every_allocation_fails([&] { return ox_geogtran_from_string(transformation.c_str()); }, "geogtran reader");
+    oxtest::every_allocation_fails([&] { return ox_hvcoordsys_from_string(pair.c_str()); }, "hvcoordsys reader");
+    oxtest::every_allocation_fails([&] {
         std::string bare = pair.substr(11, pair.size() - 12);
         return ox_hvcoordsys_from_string(bare.c_str());
     }, "hvcoordsys pair reader");
-    every_allocation_fails([&] { return ox_adjhcs_from_string(adjusted.c_str()); }, "adjhcs reader");
+    oxtest::every_allocation_fails([&] { return ox_adjhcs_from_string(adjusted.c_str()); }, "adjhcs reader");
 
     Owned utm(ox_projcs_from_string(oxtest::kUtm33));
     ox::obj_set_code(utm.get(), 32633, "EPSG", "6.13");
     ox_projcs_authority(utm.get());
     Owned foot(ox_unit_new("Foot", 0.3048)), grad(ox_unit_new("Grad", 0.015707963267948967));
-    every_allocation_fails([&] { return ox_projcs_clone(utm.get()); }, "projcs clone");
-    every_allocation_fails([&] { return ox_projcs_clone_alterunits(utm.get(), foot.get(), grad.get()); },
+    oxtest::every_allocation_fails([&] { return ox_projcs_clone(utm.get()); }, "projcs clone");
+    oxtest::every_allocation_fails([&] { return ox_projcs_clone_alterunits(utm.get(), foot.get(), grad.get()); },
                            "projcs clone with other units");
     Owned vertical(ox_vertcs_from_string("VERTCS[\"v\",VDATUM[\"vd\"],PARAMETER[\"Vertical_Shift\",2],UNIT[\"m\",1]]"));
-    every_allocation_fails([&] { return ox_vertcs_clone_alterunits(vertical.get(), foot.get()); },
+    oxtest::every_allocation_fails([&] { return ox_vertcs_clone_alterunits(vertical.get(), foot.get()); },
                            "vertcs clone with other units");
     Owned adj(ox_adjhcs_from_string(adjusted.c_str()));
-    every_allocation_fails([&] { return ox_adjhcs_clone(adj.get()); }, "adjhcs clone");
-    every_allocation_fails([&] {
+    oxtest::every_allocation_fails([&] { return ox_adjhcs_clone(adj.get()); }, "adjhcs clone");
+    oxtest::every_allocation_fails([&] {
         ox_object *params[16];
         Owned p(ox_factory_projection(43039));
         const int n = ox_parameter_projection_defaults(p.get(), params);
@@ -291,7 +271,7 @@ TEST(Robustness, AllocationFailuresLeaveNothingBehind) {
     Owned coded(oxtest::make_geogcs());
     ox::obj_set_code(coded.get(), 4326, "EPSG", "6.13");
     ox::obj_set_code(ox_geogcs_unit(coded.get()), 9102, "EPSG", "6.13");
-    every_allocation_fails([&] {
+    oxtest::every_allocation_fails([&] {
         ox_object *g = ox_geogcs_clone(coded.get());
         char buf[OX_OBJSTRING_SIZE];
         ox_geogcs_to_string_ext(g, 2, buf);  // the lazy authorities may fail to build

@@ -1,6 +1,7 @@
 // Shared helpers of the test suite.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "ox.h"
@@ -52,6 +53,11 @@ struct Owned {
 // Deletes an object of any type.
 void delete_any(ox_object *h);
 inline Owned::~Owned() { delete_any(h); }
+
+// Runs `make` with the n-th allocation failing, for n = 1, 2, ... until it
+// succeeds without a failure; every run must return null or a complete
+// object and leave no block behind (checked with gtest assertions).
+void every_allocation_fails(const std::function<ox_object *()> &make, const char *what);
 
 // A geographic system built from parts.
 ox_object *make_geogcs(const char *name = "GCS_WGS_1984", double axis = 6378137.0,

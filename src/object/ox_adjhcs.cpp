@@ -87,25 +87,13 @@ OX_API ox_object *ox_adjhcs_new(const char *name, ox_object *coordsys, ox_object
     return &a->h;
 }
 
-OX_API ox_object *ox_adjhcs_coordsys(const ox_object *adjhcs) {
-    const ox::Adjhcs *a = adj(adjhcs);
-    return a ? a->coordsys : nullptr;
-}
+OX_API ox_object *ox_adjhcs_coordsys(const ox_object *adjhcs) { return ox::field_of(adjhcs, &ox::Adjhcs::coordsys); }
 
-OX_API ox_object *ox_adjhcs_htmethod(const ox_object *adjhcs) {
-    const ox::Adjhcs *a = adj(adjhcs);
-    return a ? a->htmethod : nullptr;
-}
+OX_API ox_object *ox_adjhcs_htmethod(const ox_object *adjhcs) { return ox::field_of(adjhcs, &ox::Adjhcs::htmethod); }
 
-OX_API ox_object *ox_adjhcs_array(const ox_object *adjhcs) {
-    const ox::Adjhcs *a = adj(adjhcs);
-    return a ? a->array : nullptr;
-}
+OX_API ox_object *ox_adjhcs_array(const ox_object *adjhcs) { return ox::field_of(adjhcs, &ox::Adjhcs::array); }
 
-OX_API ox_object *ox_adjhcs_unit(const ox_object *adjhcs) {
-    const ox::Adjhcs *a = adj(adjhcs);
-    return a ? a->unit : nullptr;
-}
+OX_API ox_object *ox_adjhcs_unit(const ox_object *adjhcs) { return ox::field_of(adjhcs, &ox::Adjhcs::unit); }
 
 OX_API int32_t ox_adjhcs_to_coordsys(const ox_object *adjhcs, int32_t n, double *points) {
     return ox::run(adj(adjhcs), false, n, points);

@@ -43,15 +43,9 @@ OX_API ox_object *ox_array_new(const char *name, int32_t count, const double *va
     return &a->h;
 }
 
-OX_API int32_t ox_array_num_values(const ox_object *array) {
-    const ox::Array *a = arr(array);
-    return a ? a->count : 0;
-}
+OX_API int32_t ox_array_num_values(const ox_object *array) { return ox::field_of(array, &ox::Array::count); }
 
-OX_API const double *ox_array_values_pointer(const ox_object *array) {
-    const ox::Array *a = arr(array);
-    return a ? a->values : nullptr;
-}
+OX_API const double *ox_array_values_pointer(const ox_object *array) { return ox::field_of(array, &ox::Array::values); }
 
 OX_API void ox_array_values_copy(const ox_object *array, double *out) {
     const ox::Array *a = arr(array);

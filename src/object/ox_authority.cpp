@@ -43,10 +43,7 @@ OX_API int32_t ox_authority_p(const ox_object *h) { return ox::is_type(h, OX_TAG
 OX_API void ox_authority_name(const ox_object *h, char *buffer) { ox::obj_name(h, OX_TAG_AUTHORITY, buffer); }
 OX_API int32_t ox_authority_status(const ox_object *h) { return ox::obj_status(h, OX_TAG_AUTHORITY); }
 
-OX_API int32_t ox_authority_authcode(const ox_object *h) {
-    const ox::Authority *a = ox::rec<ox::Authority>(h, OX_TAG_AUTHORITY);
-    return a ? a->authcode : 0;
-}
+OX_API int32_t ox_authority_authcode(const ox_object *h) { return ox::field_of(h, &ox::Authority::authcode); }
 
 OX_API void ox_authority_version(const ox_object *h, char *buffer) {
     if (buffer == nullptr) return;

@@ -40,9 +40,6 @@ OX_API ox_object *ox_datum_new(const char *name, ox_object *spheroid) {
     return &d->h;
 }
 
-OX_API ox_object *ox_datum_spheroid(const ox_object *datum) {
-    const ox::Datum *d = ox::rec<ox::Datum>(datum, OX_TAG_DATUM);
-    return d ? d->spheroid : nullptr;
-}
+OX_API ox_object *ox_datum_spheroid(const ox_object *datum) { return ox::field_of(datum, &ox::Datum::spheroid); }
 
 }  // extern "C"

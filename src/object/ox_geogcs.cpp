@@ -63,19 +63,10 @@ OX_API ox_object *ox_geogcs_from_string(const char *text) {
     return h;
 }
 
-OX_API ox_object *ox_geogcs_datum(const ox_object *geogcs) {
-    const ox::Geogcs *g = ox::rec<ox::Geogcs>(geogcs, OX_TAG_GEOGCS);
-    return g ? g->datum : nullptr;
-}
+OX_API ox_object *ox_geogcs_datum(const ox_object *geogcs) { return ox::field_of(geogcs, &ox::Geogcs::datum); }
 
-OX_API ox_object *ox_geogcs_primem(const ox_object *geogcs) {
-    const ox::Geogcs *g = ox::rec<ox::Geogcs>(geogcs, OX_TAG_GEOGCS);
-    return g ? g->primem : nullptr;
-}
+OX_API ox_object *ox_geogcs_primem(const ox_object *geogcs) { return ox::field_of(geogcs, &ox::Geogcs::primem); }
 
-OX_API ox_object *ox_geogcs_unit(const ox_object *geogcs) {
-    const ox::Geogcs *g = ox::rec<ox::Geogcs>(geogcs, OX_TAG_GEOGCS);
-    return g ? g->unit : nullptr;
-}
+OX_API ox_object *ox_geogcs_unit(const ox_object *geogcs) { return ox::field_of(geogcs, &ox::Geogcs::unit); }
 
 }  // extern "C"

@@ -65,11 +65,9 @@ extern "C" {
 
 OX_API ox_object *ox_geogtran_new(const char *name, ox_object *geogcs1, ox_object *geogcs2, ox_object *method,
                                   ox_object *parameters[16]) {
-    if (name == nullptr || parameters == nullptr || !ox::is_type(geogcs1, OX_TAG_GEOGCS) ||
+    if (name == nullptr || !ox::params_acceptable(parameters) || !ox::is_type(geogcs1, OX_TAG_GEOGCS) ||
         !ox::is_type(geogcs2, OX_TAG_GEOGCS) || !ox::is_type(method, OX_TAG_METHOD))
         return nullptr;
-    for (int i = 0; i < OX_PARAMETER_SLOTS; ++i)
-        if (parameters[i] != nullptr && !ox::is_type(parameters[i], OX_TAG_PARAMETER)) return nullptr;
     Geogtran *g = ox::alloc_rec<Geogtran>(ox::kGeogtranDesc, name);
     if (g == nullptr) return nullptr;
     g->geogcs1 = geogcs1;
@@ -80,25 +78,14 @@ OX_API ox_object *ox_geogtran_new(const char *name, ox_object *geogcs1, ox_objec
     return &g->h;
 }
 
-OX_API ox_object *ox_geogtran_geogcs1(const ox_object *geogtran) {
-    const Geogtran *g = gt(geogtran);
-    return g ? g->geogcs1 : nullptr;
-}
+OX_API ox_object *ox_geogtran_geogcs1(const ox_object *geogtran) { return ox::field_of(geogtran, &ox::Geogtran::geogcs1); }
 
-OX_API ox_object *ox_geogtran_geogcs2(const ox_object *geogtran) {
-    const Geogtran *g = gt(geogtran);
-    return g ? g->geogcs2 : nullptr;
-}
+OX_API ox_object *ox_geogtran_geogcs2(const ox_object *geogtran) { return ox::field_of(geogtran, &ox::Geogtran::geogcs2); }
 
-OX_API ox_object *ox_geogtran_method(const ox_object *geogtran) {
-    const Geogtran *g = gt(geogtran);
-    return g ? g->method : nullptr;
-}
+OX_API ox_object *ox_geogtran_method(const ox_object *geogtran) { return ox::field_of(geogtran, &ox::Geogtran::method); }
 
 OX_API void ox_geogtran_parameters(const ox_object *geogtran, ox_object *parameters[16]) {
-    const Geogtran *g = gt(geogtran);
-    if (g == nullptr || parameters == nullptr) return;
-    for (int i = 0; i < OX_PARAMETER_SLOTS; ++i) parameters[i] = g->params[i];
+    ox::copy_params_of<Geogtran>(geogtran, parameters);
 }
 
 OX_API int32_t ox_geogtran_isconstloaded(const ox_object *geogtran) {

@@ -29,14 +29,8 @@ OX_API ox_object *ox_geoxyzcs_new(const char *name, ox_object *geogcs, ox_object
     return &g->h;
 }
 
-OX_API ox_object *ox_geoxyzcs_geogcs(const ox_object *geoxyzcs) {
-    const ox::Geoxyzcs *g = ox::rec<ox::Geoxyzcs>(geoxyzcs, OX_TAG_GEOXYZCS);
-    return g ? g->geogcs : nullptr;
-}
+OX_API ox_object *ox_geoxyzcs_geogcs(const ox_object *geoxyzcs) { return ox::field_of(geoxyzcs, &ox::Geoxyzcs::geogcs); }
 
-OX_API ox_object *ox_geoxyzcs_unit(const ox_object *geoxyzcs) {
-    const ox::Geoxyzcs *g = ox::rec<ox::Geoxyzcs>(geoxyzcs, OX_TAG_GEOXYZCS);
-    return g ? g->unit : nullptr;
-}
+OX_API ox_object *ox_geoxyzcs_unit(const ox_object *geoxyzcs) { return ox::field_of(geoxyzcs, &ox::Geoxyzcs::unit); }
 
 }  // extern "C"

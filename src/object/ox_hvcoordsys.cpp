@@ -24,10 +24,6 @@ const TypeDesc kHvcoordsysDesc = {OX_TAG_HVCOORDSYS, "HVCOORDSYS", sizeof(Hvcoor
 OX_DEFINE_LIFECYCLE_OPS(hvcoordsys, OX_TAG_HVCOORDSYS)
 OX_DEFINE_STATUS_OP(hvcoordsys, OX_TAG_HVCOORDSYS)
 
-namespace {
-const ox::Hvcoordsys *hv(const ox_object *h) { return ox::rec<ox::Hvcoordsys>(h, OX_TAG_HVCOORDSYS); }
-}  // namespace
-
 extern "C" {
 
 OX_API ox_object *ox_hvcoordsys_new(ox_object *coordsys, ox_object *vertcs) {
@@ -41,15 +37,9 @@ OX_API ox_object *ox_hvcoordsys_new(ox_object *coordsys, ox_object *vertcs) {
     return &h->h;
 }
 
-OX_API ox_object *ox_hvcoordsys_coordsys(const ox_object *hvcoordsys) {
-    const ox::Hvcoordsys *h = hv(hvcoordsys);
-    return h ? h->coordsys : nullptr;
-}
+OX_API ox_object *ox_hvcoordsys_coordsys(const ox_object *hvcoordsys) { return ox::field_of(hvcoordsys, &ox::Hvcoordsys::coordsys); }
 
-OX_API ox_object *ox_hvcoordsys_vertcs(const ox_object *hvcoordsys) {
-    const ox::Hvcoordsys *h = hv(hvcoordsys);
-    return h ? h->vertcs : nullptr;
-}
+OX_API ox_object *ox_hvcoordsys_vertcs(const ox_object *hvcoordsys) { return ox::field_of(hvcoordsys, &ox::Hvcoordsys::vertcs); }
 
 // With the wrapper, HVCOORDSYS[PROJCS[...],VERTCS[...]] is read by the
 // common reader.  Without it, the first PROJCS (else GEOGCS) and the first

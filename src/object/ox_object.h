@@ -34,21 +34,22 @@ struct GtConstants;   // grid constants of a transformation (transform/ox_gtcons
 // ---------------------------------------------------------------------------
 // Per-type records (fields after the header, in object-string order).
 // ---------------------------------------------------------------------------
-struct Unit { ox_object h; double factor; };
-struct Primem { ox_object h; double longitude; };
-struct Spheroid { ox_object h; double axis; double flattening; };
-struct Datum { ox_object h; ox_object *spheroid; };
-struct Geogcs { ox_object h; ox_object *datum; ox_object *primem; ox_object *unit; };
-struct Parameter { ox_object h; double value; };
+struct Unit { static constexpr uint32_t kTag = OX_TAG_UNIT; ox_object h; double factor; };
+struct Primem { static constexpr uint32_t kTag = OX_TAG_PRIMEM; ox_object h; double longitude; };
+struct Spheroid { static constexpr uint32_t kTag = OX_TAG_SPHEROID; ox_object h; double axis; double flattening; };
+struct Datum { static constexpr uint32_t kTag = OX_TAG_DATUM; ox_object h; ox_object *spheroid; };
+struct Geogcs { static constexpr uint32_t kTag = OX_TAG_GEOGCS; ox_object h; ox_object *datum; ox_object *primem; ox_object *unit; };
+struct Parameter { static constexpr uint32_t kTag = OX_TAG_PARAMETER; ox_object h; double value; };
 
 // Routine slots of a projection, in this order.
 enum ProjectionSlot : int {
     kProjForward, kProjInverse, kProjHorizon, kProjHorizonPcs,
     kProjHorizonGcsRaster, kProjHorizonPcsRaster, kProjConstants, kProjSlots
 };
-struct Projection { ox_object h; Fn fn[kProjSlots]; };
+struct Projection { static constexpr uint32_t kTag = OX_TAG_PROJECTION; ox_object h; Fn fn[kProjSlots]; };
 
 struct Projcs {
+    static constexpr uint32_t kTag = OX_TAG_PROJCS;
     ox_object h;
     ox_object *geogcs;
     ox_object *projection;
@@ -59,9 +60,10 @@ struct Projcs {
 
 // Routine slots of a transformation method, in this order.
 enum MethodSlot : int { kMethForward, kMethInverse, kMethLoadConstants, kMethSlots };
-struct Method { ox_object h; Fn fn[kMethSlots]; };
+struct Method { static constexpr uint32_t kTag = OX_TAG_METHOD; ox_object h; Fn fn[kMethSlots]; };
 
 struct Geogtran {
+    static constexpr uint32_t kTag = OX_TAG_GEOGTRAN;
     ox_object h;
     ox_object *geogcs1;
     ox_object *geogcs2;
@@ -70,15 +72,15 @@ struct Geogtran {
     GtConstants *constants;  // owned, never cloned or compared
 };
 
-struct Authority { ox_object h; int32_t authcode; char version[16]; };
-struct Vdatum { ox_object h; };
-struct Vertcs { ox_object h; ox_object *hvdatum; ox_object *params[OX_PARAMETER_SLOTS]; ox_object *unit; };
-struct Hvcoordsys { ox_object h; ox_object *coordsys; ox_object *vertcs; };
-struct Geoxyzcs { ox_object h; ox_object *geogcs; ox_object *unit; };
+struct Authority { static constexpr uint32_t kTag = OX_TAG_AUTHORITY; ox_object h; int32_t authcode; char version[16]; };
+struct Vdatum { static constexpr uint32_t kTag = OX_TAG_VDATUM; ox_object h; };
+struct Vertcs { static constexpr uint32_t kTag = OX_TAG_VERTCS; ox_object h; ox_object *hvdatum; ox_object *params[OX_PARAMETER_SLOTS]; ox_object *unit; };
+struct Hvcoordsys { static constexpr uint32_t kTag = OX_TAG_HVCOORDSYS; ox_object h; ox_object *coordsys; ox_object *vertcs; };
+struct Geoxyzcs { static constexpr uint32_t kTag = OX_TAG_GEOXYZCS; ox_object h; ox_object *geogcs; ox_object *unit; };
 enum HtmethodSlot : int { kHtForward, kHtInverse, kHtSlots };
-struct Htmethod { ox_object h; Fn fn[kHtSlots]; };
-struct Array { ox_object h; int32_t count; double *values; };
-struct Adjhcs { ox_object h; ox_object *coordsys; ox_object *htmethod; ox_object *array; ox_object *unit; };
+struct Htmethod { static constexpr uint32_t kTag = OX_TAG_HTMETHOD; ox_object h; Fn fn[kHtSlots]; };
+struct Array { static constexpr uint32_t kTag = OX_TAG_ARRAY; ox_object h; int32_t count; double *values; };
+struct Adjhcs { static constexpr uint32_t kTag = OX_TAG_ADJHCS; ox_object h; ox_object *coordsys; ox_object *htmethod; ox_object *array; ox_object *unit; };
 
 // ---------------------------------------------------------------------------
 // Type descriptions.
@@ -285,5 +287,29 @@ inline R *rec(ox_object *h, uint32_t tag) {
 template <class R>
 inline const R *rec(const ox_object *h, uint32_t tag) {
     return is_type(h, tag) ? reinterpret_cast<const R *>(h) : nullptr;
+}
+
+// A field of a record (a borrowed sub-object or a value), or `neutral` for a
+// null or wrong-typed handle: the body of every accessor.
+template <class R, class M>
+inline M field_of(const ox_object *h, M R::*member, M neutral = M{}) {
+    return is_type(h, R::kTag) ? reinterpret_cast<const R *>(h)->*member : neutral;
+}
+
+// Copies the 16 borrowed parameter handles of a record into `out`; nothing
+// for a null or wrong-typed handle or a null array.
+template <class R>
+inline void copy_params_of(const ox_object *h, ox_object *out[OX_PARAMETER_SLOTS]) {
+    if (out == nullptr || !is_type(h, R::kTag)) return;
+    for (int i = 0; i < OX_PARAMETER_SLOTS; ++i) out[i] = reinterpret_cast<const R *>(h)->params[i];
+}
+
+// True when `params` is an array whose non-null handles are all parameters
+// (the check of every constructor that takes a parameter array).
+inline bool params_acceptable(ox_object *const params[OX_PARAMETER_SLOTS]) {
+    if (params == nullptr) return false;
+    for (int i = 0; i < OX_PARAMETER_SLOTS; ++i)
+        if (params[i] != nullptr && !is_type(params[i], OX_TAG_PARAMETER)) return false;
+    return true;
 }
 }  // namespace ox

@@ -27,10 +27,7 @@ OX_API ox_object *ox_parameter_new(const char *name, double value) {
     return &p->h;
 }
 
-OX_API double ox_parameter_value(const ox_object *parameter) {
-    const ox::Parameter *p = ox::rec<ox::Parameter>(parameter, OX_TAG_PARAMETER);
-    return p ? p->value : 0.0;
-}
+OX_API double ox_parameter_value(const ox_object *parameter) { return ox::field_of(parameter, &ox::Parameter::value, 0.0); }
 
 OX_API int32_t ox_parameter_value_set(ox_object *parameter, double value) {
     ox::Parameter *p = ox::rec<ox::Parameter>(parameter, OX_TAG_PARAMETER);

@@ -26,9 +26,6 @@ OX_API ox_object *ox_primem_new(const char *name, double longitude) {
     return &p->h;
 }
 
-OX_API double ox_primem_longitude(const ox_object *primem) {
-    const ox::Primem *p = ox::rec<ox::Primem>(primem, OX_TAG_PRIMEM);
-    return p ? p->longitude : 0.0;
-}
+OX_API double ox_primem_longitude(const ox_object *primem) { return ox::field_of(primem, &ox::Primem::longitude, 0.0); }
 
 }  // extern "C"

@@ -75,11 +75,9 @@ extern "C" {
 
 OX_API ox_object *ox_projcs_new(const char *name, ox_object *geogcs, ox_object *projection,
                                 ox_object *parameters[16], ox_object *unit) {
-    if (name == nullptr || parameters == nullptr || !ox::is_type(geogcs, OX_TAG_GEOGCS) ||
+    if (name == nullptr || !ox::params_acceptable(parameters) || !ox::is_type(geogcs, OX_TAG_GEOGCS) ||
         !ox::is_type(projection, OX_TAG_PROJECTION) || !ox::is_type(unit, OX_TAG_UNIT))
         return nullptr;
-    for (int i = 0; i < OX_PARAMETER_SLOTS; ++i)
-        if (parameters[i] != nullptr && !ox::is_type(parameters[i], OX_TAG_PARAMETER)) return nullptr;
     Projcs *p = ox::alloc_rec<Projcs>(ox::kProjcsDesc, name);
     if (p == nullptr) return nullptr;
     p->geogcs = geogcs;
@@ -90,25 +88,14 @@ OX_API ox_object *ox_projcs_new(const char *name, ox_object *geogcs, ox_object *
     return &p->h;
 }
 
-OX_API ox_object *ox_projcs_geogcs(const ox_object *projcs) {
-    const Projcs *p = pcs(projcs);
-    return p ? p->geogcs : nullptr;
-}
+OX_API ox_object *ox_projcs_geogcs(const ox_object *projcs) { return ox::field_of(projcs, &ox::Projcs::geogcs); }
 
-OX_API ox_object *ox_projcs_projection(const ox_object *projcs) {
-    const Projcs *p = pcs(projcs);
-    return p ? p->projection : nullptr;
-}
+OX_API ox_object *ox_projcs_projection(const ox_object *projcs) { return ox::field_of(projcs, &ox::Projcs::projection); }
 
-OX_API ox_object *ox_projcs_unit(const ox_object *projcs) {
-    const Projcs *p = pcs(projcs);
-    return p ? p->unit : nullptr;
-}
+OX_API ox_object *ox_projcs_unit(const ox_object *projcs) { return ox::field_of(projcs, &ox::Projcs::unit); }
 
 OX_API void ox_projcs_parameters(const ox_object *projcs, ox_object *parameters[16]) {
-    const Projcs *p = pcs(projcs);
-    if (p == nullptr || parameters == nullptr) return;
-    for (int i = 0; i < OX_PARAMETER_SLOTS; ++i) parameters[i] = p->params[i];
+    ox::copy_params_of<Projcs>(projcs, parameters);
 }
 
 OX_API int32_t ox_projcs_eqnn(const ox_object *a, const ox_object *b) {

@@ -49,14 +49,8 @@ OX_API ox_object *ox_spheroid_new(const char *name, double axis, double flatteni
     return &s->h;
 }
 
-OX_API double ox_spheroid_axis(const ox_object *spheroid) {
-    const ox::Spheroid *s = ox::rec<ox::Spheroid>(spheroid, OX_TAG_SPHEROID);
-    return s ? s->axis : 1.0;
-}
+OX_API double ox_spheroid_axis(const ox_object *spheroid) { return ox::field_of(spheroid, &ox::Spheroid::axis, 1.0); }
 
-OX_API double ox_spheroid_flattening(const ox_object *spheroid) {
-    const ox::Spheroid *s = ox::rec<ox::Spheroid>(spheroid, OX_TAG_SPHEROID);
-    return s ? s->flattening : 0.0;
-}
+OX_API double ox_spheroid_flattening(const ox_object *spheroid) { return ox::field_of(spheroid, &ox::Spheroid::flattening, 0.0); }
 
 }  // extern "C"

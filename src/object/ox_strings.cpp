@@ -48,19 +48,7 @@ int name_compare_n(const char *a, const char *b, size_t n) {
     return 0;
 }
 
-int name_compare(const char *a, const char *b) {
-    const unsigned char *p = reinterpret_cast<const unsigned char *>(a ? a : "");
-    const unsigned char *q = reinterpret_cast<const unsigned char *>(b ? b : "");
-    for (;;) {
-        while (kFold.skip[*p]) ++p;
-        while (kFold.skip[*q]) ++q;
-        const int ca = kFold.lower[*p], cb = kFold.lower[*q];
-        if (ca != cb) return ca - cb;
-        if (ca == 0) return 0;
-        ++p;
-        ++q;
-    }
-}
+int name_compare(const char *a, const char *b) { return name_compare_n(a, b, static_cast<size_t>(-1)); }
 
 int prefix_compare(const char *s, const char *pattern) {
     size_t significant = 0;

@@ -25,9 +25,6 @@ OX_API ox_object *ox_unit_new(const char *name, double factor) {
     return &u->h;
 }
 
-OX_API double ox_unit_factor(const ox_object *unit) {
-    const ox::Unit *u = ox::rec<ox::Unit>(unit, OX_TAG_UNIT);
-    return u ? u->factor : 1.0;
-}
+OX_API double ox_unit_factor(const ox_object *unit) { return ox::field_of(unit, &ox::Unit::factor, 1.0); }
 
 }  // extern "C"

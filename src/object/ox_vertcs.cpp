@@ -32,11 +32,9 @@ const ox::Vertcs *vcs(const ox_object *h) { return ox::rec<ox::Vertcs>(h, OX_TAG
 extern "C" {
 
 OX_API ox_object *ox_vertcs_new(const char *name, ox_object *hvdatum, ox_object *parameters[16], ox_object *unit) {
-    if (name == nullptr || parameters == nullptr || !ox::is_a(hvdatum, OX_TAG_DATUM | OX_TAG_VDATUM) ||
+    if (name == nullptr || !ox::params_acceptable(parameters) || !ox::is_a(hvdatum, OX_TAG_DATUM | OX_TAG_VDATUM) ||
         !ox::is_type(unit, OX_TAG_UNIT))
         return nullptr;
-    for (int i = 0; i < OX_PARAMETER_SLOTS; ++i)
-        if (parameters[i] != nullptr && !ox::is_type(parameters[i], OX_TAG_PARAMETER)) return nullptr;
     ox::Vertcs *v = ox::alloc_rec<ox::Vertcs>(ox::kVertcsDesc, name);
     if (v == nullptr) return nullptr;
     v->hvdatum = hvdatum;
@@ -45,22 +43,14 @@ OX_API ox_object *ox_vertcs_new(const char *name, ox_object *hvdatum, ox_object 
     return &v->h;
 }
 
-OX_API ox_object *ox_vertcs_hvdatum(const ox_object *vertcs) {
-    const ox::Vertcs *v = vcs(vertcs);
-    return v ? v->hvdatum : nullptr;
-}
+OX_API ox_object *ox_vertcs_hvdatum(const ox_object *vertcs) { return ox::field_of(vertcs, &ox::Vertcs::hvdatum); }
 
-OX_API ox_object *ox_vertcs_unit(const ox_object *vertcs) {
-    const ox::Vertcs *v = vcs(vertcs);
-    return v ? v->unit : nullptr;
-}
+OX_API ox_object *ox_vertcs_unit(const ox_object *vertcs) { return ox::field_of(vertcs, &ox::Vertcs::unit); }
 
 OX_API void ox_vertcs_parameters(const ox_object *vertcs, ox_object *parameters[16]) {
     if (parameters == nullptr) return;
     for (int i = 0; i < OX_PARAMETER_SLOTS; ++i) parameters[i] = nullptr;
-    const ox::Vertcs *v = vcs(vertcs);
-    if (v == nullptr) return;
-    for (int i = 0; i < OX_PARAMETER_SLOTS; ++i) parameters[i] = v->params[i];
+    ox::copy_params_of<ox::Vertcs>(vertcs, parameters);
 }
 
 // Clone with another linear unit: every parameter of linear kind (the

@@ -41,6 +41,21 @@ PARAMETER["Central_Meridian",0.0]' "" defaults 43009
 expect "defaults of an unknown projection" 1 "" "" defaults Nothing
 expect "unknown command" 2 "" "" frobnicate
 
+# The catalogue commands.
+wgs84_auth='GEOGCS["GCS_WGS_1984",DATUM["D_WGS_1984",SPHEROID["WGS_1984",6378137.0,298.257223563,AUTHORITY["EPSG",7030]],AUTHORITY["EPSG",6326]],PRIMEM["Greenwich",0.0,AUTHORITY["EPSG",8901]],UNIT["Degree",0.0174532925199433,AUTHORITY["EPSG",9102]],AUTHORITY["EPSG",4326]]'
+expect "info by code" 0 "$wgs84_auth" "" info 4326
+expect "info by definition string" 0 "$wgs84_auth" "" info OX_GCS_WGS_1984
+expect "info of nothing" 1 "" "" info OX_GCS_NOTHING
+expect "list" 0 '119625 2D_Projective_Parametric
+119624 Affine_Parametric' "" list htmethod
+expect "list of an unknown kind" 2 "" "" list things
+expect "code" 0 "4326 OX_GCS_WGS_1984" "$wgs84" code
+expect "code of no catalogue object" 1 "0" 'UNIT["Furlong",201.168]' code -
+expect "code of junk" 2 "" 'UNIT[' code
+expect "project by code" 0 "500000.0000 5761038.2126" "15 52" project 32633
+expect "project by definition string" 0 "500000.0000 5761038.2126" "15 52" project OX_PCS_WGS_1984_UTM_ZONE_33N
+expect "project with a geographic code" 2 "" "15 52" project 4326
+
 "$ox" --help | grep -q "usage: ox COMMAND" || fail "--help"
 for command in $("$ox" --help | awk '/^  [a-z]/ {print $1}'); do
     "$ox" "$command" --help | grep -q "usage: ox $command" || fail "$command --help"

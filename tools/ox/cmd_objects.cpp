@@ -23,8 +23,6 @@ int cmd_version(int, char **) {
     return 0;
 }
 
-namespace {
-
 // Reads the first object of the text by its leading keyword.
 ox_object *read_any(const char *text, void (**del)(ox_object *),
                     void (**write)(ox_object *, int32_t, char *)) {
@@ -65,8 +63,6 @@ ox_object *read_any(const char *text, void (**del)(ox_object *),
         }
     return nullptr;
 }
-
-}  // namespace
 
 int cmd_parse(int argc, char **argv) {
     int option = 0;

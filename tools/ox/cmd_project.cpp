@@ -19,6 +19,7 @@ ox_object *load_projcs(const char *arg) {
     const char *p = arg;
     while (std::isspace(static_cast<unsigned char>(*p))) ++p;
     if (strncasecmp(p, "PROJCS", 6) == 0) return ox_projcs_from_string(arg);
+    if (ox_object *pcs = catalogue_projcs(arg)) return pcs;
     static char text[1 << 20];
     if (!read_text(arg, text, sizeof text)) return nullptr;
     return ox_projcs_from_string(text);

@@ -24,8 +24,9 @@ const Command kCommands[] = {
      cmd_defaults},
     {"project", "project longitude/latitude pairs through a projected system",
      "usage: ox project [--precision N] SYSTEM < POINTS\n\n"
-     "SYSTEM is a projected system: an object string starting with PROJCS[ or the\n"
-     "name of a file that holds one. POINTS are whitespace-separated longitude and\n"
+     "SYSTEM is a projected system: a catalogue code (32633) or definition string\n"
+     "(OX_PCS_WGS_1984_UTM_ZONE_33N), an object string starting with PROJCS[, or\n"
+     "the name of a file that holds one. POINTS are whitespace-separated longitude and\n"
      "latitude pairs in the angular unit of the system's GEOGCS, read from standard\n"
      "input; each pair is written to standard output as \"x y\" in the system's\n"
      "linear unit, false easting and northing included.\n\n"
@@ -36,8 +37,9 @@ const Command kCommands[] = {
      cmd_project},
     {"unproject", "unproject x/y pairs back to longitude/latitude",
      "usage: ox unproject [--precision N] [--center LON] SYSTEM < POINTS\n\n"
-     "SYSTEM is a projected system: an object string starting with PROJCS[ or the\n"
-     "name of a file that holds one. POINTS are whitespace-separated x and y pairs\n"
+     "SYSTEM is a projected system: a catalogue code (32633) or definition string\n"
+     "(OX_PCS_WGS_1984_UTM_ZONE_33N), an object string starting with PROJCS[, or\n"
+     "the name of a file that holds one. POINTS are whitespace-separated x and y pairs\n"
      "in the system's linear unit, read from standard input; each pair is written\n"
      "to standard output as \"longitude latitude\" in the angular unit of the\n"
      "system's GEOGCS.\n\n"
@@ -48,6 +50,26 @@ const Command kCommands[] = {
      "\"nan nan\". Exit status 0 when every point converted, 1 when some did not or\n"
      "the input was malformed, 2 for a usage error or an unreadable SYSTEM.\n",
      cmd_unproject},
+    {"info", "print a catalogue object by code or definition string",
+     "usage: ox info CODE|DEFINITION_STRING\n\n"
+     "Builds the object of a catalogue code (4326) or definition string\n"
+     "(OX_GCS_WGS_1984) and prints its object string with every AUTHORITY.\n"
+     "Exit status 1 when the catalogue has nothing for it.\n",
+     cmd_info},
+    {"list", "list the catalogue objects of a kind",
+     "usage: ox list KIND\n\n"
+     "Prints the code and name of every current catalogue object of KIND, one per\n"
+     "line, sorted by name. KIND is projcs, geogcs, vertcs, geogtran, datum,\n"
+     "vdatum, spheroid, primem, projection, parameter, method, htmethod,\n"
+     "angular_unit or linear_unit. Object-edit files (OXOBJEDITHOME) are included.\n",
+     cmd_list},
+    {"code", "find the catalogue code of an object string",
+     "usage: ox code [FILE|-]\n\n"
+     "Reads an object string from FILE or standard input and prints the code of\n"
+     "the equal catalogue object and its definition string. Exit status 1 when\n"
+     "the catalogue has no equal object (\"0\" is printed), 2 when the text is not\n"
+     "readable.\n",
+     cmd_code},
 };
 
 void overview(FILE *out) {
