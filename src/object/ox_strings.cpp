@@ -16,30 +16,13 @@ size_t copy_bounded(char *dst, const char *src, size_t size) {
     return n;
 }
 
-namespace {
-
-// Per byte: 1 for the characters the name comparison skips.
-struct SkipTable {
-    bool skip[256] = {};
-    unsigned char lower[256] = {};
-    constexpr SkipTable() {
-        for (int c = 0; c < 256; ++c) {
-            skip[c] = is_name_separator(static_cast<unsigned char>(c));
-            lower[c] = static_cast<unsigned char>(to_lower(static_cast<unsigned char>(c)));
-        }
-    }
-};
-constexpr SkipTable kFold;
-
-}  // namespace
-
 int name_compare_n(const char *a, const char *b, size_t n) {
     const unsigned char *p = reinterpret_cast<const unsigned char *>(a ? a : "");
     const unsigned char *q = reinterpret_cast<const unsigned char *>(b ? b : "");
     for (size_t k = 0; k < n; ++k) {
-        while (kFold.skip[*p]) ++p;
-        while (kFold.skip[*q]) ++q;
-        const int ca = kFold.lower[*p], cb = kFold.lower[*q];
+        while (kNameFold.skip[*p]) ++p;
+        while (kNameFold.skip[*q]) ++q;
+        const int ca = kNameFold.lower[*p], cb = kNameFold.lower[*q];
         if (ca != cb) return ca - cb;
         if (ca == 0) return 0;
         ++p;

@@ -26,7 +26,30 @@ size_t copy_bounded(char *dst, const char *src, size_t size);
 int name_compare(const char *a, const char *b);
 // The same, reporting equality once `n` significant characters matched.
 int name_compare_n(const char *a, const char *b, size_t n);
-inline bool name_eq(const char *a, const char *b) { return name_compare(a, b) == 0; }
+
+// Per byte: whether the name comparison skips it, and its lower case.
+struct NameFold {
+    bool skip[256] = {};
+    unsigned char lower[256] = {};
+    constexpr NameFold() {
+        for (int c = 0; c < 256; ++c) {
+            skip[c] = is_name_separator(static_cast<unsigned char>(c));
+            lower[c] = static_cast<unsigned char>(to_lower(static_cast<unsigned char>(c)));
+        }
+    }
+};
+inline constexpr NameFold kNameFold{};
+
+// Equality under the name comparison.  Most look-ups in tables of names fail
+// on the first significant character, which is tested here inline.
+inline bool name_eq(const char *a, const char *b) {
+    const unsigned char *p = reinterpret_cast<const unsigned char *>(a ? a : "");
+    const unsigned char *q = reinterpret_cast<const unsigned char *>(b ? b : "");
+    while (kNameFold.skip[*p]) ++p;
+    while (kNameFold.skip[*q]) ++q;
+    if (kNameFold.lower[*p] != kNameFold.lower[*q]) return false;
+    return name_compare(reinterpret_cast<const char *>(p), reinterpret_cast<const char *>(q)) == 0;
+}
 // Compares `s` with `pattern` over as many significant characters as the
 // pattern has (so `s` may continue after the pattern).
 int prefix_compare(const char *s, const char *pattern);
