@@ -141,54 +141,481 @@ OX_API void ox_version_string(char *buffer);
 /* ------------------------------------------------------------------------ */
 /* The uniform operation set                                                */
 /*                                                                          */
-/* For every type T below:                                                  */
-/*   void       ox_T_del(ox_object *h)              deletes h and its parts */
-/*   ox_object *ox_T_clone(const ox_object *h)      deep copy, or null      */
-/*   int32_t    ox_T_eq(const ox_object *a, const ox_object *b)  1 if equal */
-/*   int32_t    ox_T_p(const ox_object *h)          1 if h is of type T     */
-/*   void       ox_T_name(const ox_object *h, char *buf)  name, "" if none  */
-/*   int32_t    ox_T_status(const ox_object *h)     provenance, 0 if none   */
-/*   ox_object *ox_T_authority(ox_object *h)        borrowed, built lazily  */
-/*   void       ox_T_authority_set(ox_object *h, ox_object *auth) takes it  */
-/*   void       ox_T_to_string(const ox_object *h, char *buf) object string */
-/*   void       ox_T_to_string_ext(ox_object *h, int32_t opt, char *buf)    */
-/*              opt 0: no AUTHORITY; 1: on the outermost object; 2: on all  */
-/*   ox_object *ox_T_from_string(const char *text)  reads an object string  */
+/* Every type T below offers the same operations.  Each checks that its     */
+/* handle is non-null and of type T, and treats any other handle like null: */
+/* predicates and equality give 0, status gives 0, accessors give null,     */
+/* deletion and setters do nothing, names and strings leave "".             */
+/*   _del          deletes the object, its parts and its authority          */
+/*   _clone        deep copy (status, code and authority copied), or null   */
+/*   _eq           1 when names (case, blanks, '-' and '_' ignored), parts  */
+/*                 and numbers (relative tolerance 2^-48) are equal         */
+/*   _p            1 when the handle is of type T                           */
+/*   _name         copies the name into a buffer of OX_NAME_SIZE            */
+/*   _status       provenance (OX_STATUS_*)                                 */
+/*   _authority    the authority (borrowed; built from the catalogue code   */
+/*                 on first use)                                            */
+/*   _authority_set replaces the authority; takes ownership (null clears)   */
+/*   _to_string    writes the object string (buffer of OX_OBJSTRING_SIZE)   */
+/*   _to_string_ext the same with AUTHORITY clauses: option 0 none, 1 on    */
+/*                 the outermost object, 2 on every object                  */
+/*   _from_string  reads an object string (from the type's keyword on)      */
 /* ------------------------------------------------------------------------ */
 
-#define OX_DECLARE_COMMON_OPS(T)                                                   \
-    OX_API void ox_##T##_del(ox_object *h);                                        \
-    OX_API ox_object *ox_##T##_clone(const ox_object *h);                          \
-    OX_API int32_t ox_##T##_eq(const ox_object *a, const ox_object *b);            \
-    OX_API int32_t ox_##T##_p(const ox_object *h);                                 \
-    OX_API void ox_##T##_name(const ox_object *h, char *buffer);                   \
-    OX_API int32_t ox_##T##_status(const ox_object *h);                            \
-    OX_API ox_object *ox_##T##_authority(ox_object *h);                            \
-    OX_API void ox_##T##_authority_set(ox_object *h, ox_object *authority);        \
-    OX_API void ox_##T##_to_string(const ox_object *h, char *buffer);              \
-    OX_API void ox_##T##_to_string_ext(ox_object *h, int32_t option, char *buffer); \
-    OX_API ox_object *ox_##T##_from_string(const char *text);
+/* Unit */
+/** Deletes a unit with its parts. */
+OX_API void ox_unit_del(ox_object *h);
+/** Deep copy of a unit, or null. */
+OX_API ox_object *ox_unit_clone(const ox_object *h);
+/** 1 when two units are equal, else 0. */
+OX_API int32_t ox_unit_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is a unit. */
+OX_API int32_t ox_unit_p(const ox_object *h);
+/** Copies the name of a unit ("" for any other handle). */
+OX_API void ox_unit_name(const ox_object *h, char *buffer);
+/** Provenance of a unit; 0 for any other handle. */
+OX_API int32_t ox_unit_status(const ox_object *h);
+/** Authority of a unit (borrowed, built lazily), or null. */
+OX_API ox_object *ox_unit_authority(ox_object *h);
+/** Replaces the authority of a unit; takes ownership. */
+OX_API void ox_unit_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of a unit. */
+OX_API void ox_unit_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of a unit with AUTHORITY clauses by option. */
+OX_API void ox_unit_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads a unit from an object string, or null. */
+OX_API ox_object *ox_unit_from_string(const char *text);
 
-OX_DECLARE_COMMON_OPS(unit)
-OX_DECLARE_COMMON_OPS(primem)
-OX_DECLARE_COMMON_OPS(spheroid)
-OX_DECLARE_COMMON_OPS(datum)
-OX_DECLARE_COMMON_OPS(geogcs)
-OX_DECLARE_COMMON_OPS(projcs)
-OX_DECLARE_COMMON_OPS(parameter)
-OX_DECLARE_COMMON_OPS(projection)
-OX_DECLARE_COMMON_OPS(method)
-OX_DECLARE_COMMON_OPS(geogtran)
-OX_DECLARE_COMMON_OPS(vdatum)
-OX_DECLARE_COMMON_OPS(vertcs)
-OX_DECLARE_COMMON_OPS(hvcoordsys)
-OX_DECLARE_COMMON_OPS(geoxyzcs)
-OX_DECLARE_COMMON_OPS(htmethod)
-OX_DECLARE_COMMON_OPS(array)
-OX_DECLARE_COMMON_OPS(adjhcs)
-/* Dispatchers over a geogcs or projcs (coordsys) and a datum or vdatum (hvdatum). */
-OX_DECLARE_COMMON_OPS(coordsys)
-OX_DECLARE_COMMON_OPS(hvdatum)
+/* Prime meridian */
+/** Deletes a prime meridian with its parts. */
+OX_API void ox_primem_del(ox_object *h);
+/** Deep copy of a prime meridian, or null. */
+OX_API ox_object *ox_primem_clone(const ox_object *h);
+/** 1 when two prime meridians are equal, else 0. */
+OX_API int32_t ox_primem_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is a prime meridian. */
+OX_API int32_t ox_primem_p(const ox_object *h);
+/** Copies the name of a prime meridian ("" for any other handle). */
+OX_API void ox_primem_name(const ox_object *h, char *buffer);
+/** Provenance of a prime meridian; 0 for any other handle. */
+OX_API int32_t ox_primem_status(const ox_object *h);
+/** Authority of a prime meridian (borrowed, built lazily), or null. */
+OX_API ox_object *ox_primem_authority(ox_object *h);
+/** Replaces the authority of a prime meridian; takes ownership. */
+OX_API void ox_primem_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of a prime meridian. */
+OX_API void ox_primem_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of a prime meridian with AUTHORITY clauses by option. */
+OX_API void ox_primem_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads a prime meridian from an object string, or null. */
+OX_API ox_object *ox_primem_from_string(const char *text);
+
+/* Spheroid */
+/** Deletes a spheroid with its parts. */
+OX_API void ox_spheroid_del(ox_object *h);
+/** Deep copy of a spheroid, or null. */
+OX_API ox_object *ox_spheroid_clone(const ox_object *h);
+/** 1 when two spheroids are equal, else 0. */
+OX_API int32_t ox_spheroid_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is a spheroid. */
+OX_API int32_t ox_spheroid_p(const ox_object *h);
+/** Copies the name of a spheroid ("" for any other handle). */
+OX_API void ox_spheroid_name(const ox_object *h, char *buffer);
+/** Provenance of a spheroid; 0 for any other handle. */
+OX_API int32_t ox_spheroid_status(const ox_object *h);
+/** Authority of a spheroid (borrowed, built lazily), or null. */
+OX_API ox_object *ox_spheroid_authority(ox_object *h);
+/** Replaces the authority of a spheroid; takes ownership. */
+OX_API void ox_spheroid_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of a spheroid. */
+OX_API void ox_spheroid_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of a spheroid with AUTHORITY clauses by option. */
+OX_API void ox_spheroid_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads a spheroid from an object string, or null. */
+OX_API ox_object *ox_spheroid_from_string(const char *text);
+
+/* Datum */
+/** Deletes a datum with its parts. */
+OX_API void ox_datum_del(ox_object *h);
+/** Deep copy of a datum, or null. */
+OX_API ox_object *ox_datum_clone(const ox_object *h);
+/** 1 when two datums are equal, else 0. */
+OX_API int32_t ox_datum_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is a datum. */
+OX_API int32_t ox_datum_p(const ox_object *h);
+/** Copies the name of a datum ("" for any other handle). */
+OX_API void ox_datum_name(const ox_object *h, char *buffer);
+/** Provenance of a datum; 0 for any other handle. */
+OX_API int32_t ox_datum_status(const ox_object *h);
+/** Authority of a datum (borrowed, built lazily), or null. */
+OX_API ox_object *ox_datum_authority(ox_object *h);
+/** Replaces the authority of a datum; takes ownership. */
+OX_API void ox_datum_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of a datum. */
+OX_API void ox_datum_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of a datum with AUTHORITY clauses by option. */
+OX_API void ox_datum_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads a datum from an object string, or null. */
+OX_API ox_object *ox_datum_from_string(const char *text);
+
+/* Geographic system */
+/** Deletes a geographic system with its parts. */
+OX_API void ox_geogcs_del(ox_object *h);
+/** Deep copy of a geographic system, or null. */
+OX_API ox_object *ox_geogcs_clone(const ox_object *h);
+/** 1 when two geographic systems are equal, else 0. */
+OX_API int32_t ox_geogcs_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is a geographic system. */
+OX_API int32_t ox_geogcs_p(const ox_object *h);
+/** Copies the name of a geographic system ("" for any other handle). */
+OX_API void ox_geogcs_name(const ox_object *h, char *buffer);
+/** Provenance of a geographic system; 0 for any other handle. */
+OX_API int32_t ox_geogcs_status(const ox_object *h);
+/** Authority of a geographic system (borrowed, built lazily), or null. */
+OX_API ox_object *ox_geogcs_authority(ox_object *h);
+/** Replaces the authority of a geographic system; takes ownership. */
+OX_API void ox_geogcs_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of a geographic system. */
+OX_API void ox_geogcs_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of a geographic system with AUTHORITY clauses by option. */
+OX_API void ox_geogcs_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads a geographic system (the first GEOGCS of the text), or null. */
+OX_API ox_object *ox_geogcs_from_string(const char *text);
+
+/* Projected system */
+/** Deletes a projected system with its parts. */
+OX_API void ox_projcs_del(ox_object *h);
+/** Deep copy of a projected system, or null. */
+OX_API ox_object *ox_projcs_clone(const ox_object *h);
+/** 1 when two projected systems are equal, else 0. */
+OX_API int32_t ox_projcs_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is a projected system. */
+OX_API int32_t ox_projcs_p(const ox_object *h);
+/** Copies the name of a projected system ("" for any other handle). */
+OX_API void ox_projcs_name(const ox_object *h, char *buffer);
+/** Provenance of a projected system; 0 for any other handle. */
+OX_API int32_t ox_projcs_status(const ox_object *h);
+/** Authority of a projected system (borrowed, built lazily), or null. */
+OX_API ox_object *ox_projcs_authority(ox_object *h);
+/** Replaces the authority of a projected system; takes ownership. */
+OX_API void ox_projcs_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of a projected system. */
+OX_API void ox_projcs_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of a projected system with AUTHORITY clauses by option. */
+OX_API void ox_projcs_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads a projected system from an object string, or null. */
+OX_API ox_object *ox_projcs_from_string(const char *text);
+
+/* Parameter */
+/** Deletes a parameter with its parts. */
+OX_API void ox_parameter_del(ox_object *h);
+/** Deep copy of a parameter, or null. */
+OX_API ox_object *ox_parameter_clone(const ox_object *h);
+/** 1 when two parameters are equal, else 0. */
+OX_API int32_t ox_parameter_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is a parameter. */
+OX_API int32_t ox_parameter_p(const ox_object *h);
+/** Copies the name of a parameter ("" for any other handle). */
+OX_API void ox_parameter_name(const ox_object *h, char *buffer);
+/** Provenance of a parameter; 0 for any other handle. */
+OX_API int32_t ox_parameter_status(const ox_object *h);
+/** Authority of a parameter (borrowed, built lazily), or null. */
+OX_API ox_object *ox_parameter_authority(ox_object *h);
+/** Replaces the authority of a parameter; takes ownership. */
+OX_API void ox_parameter_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of a parameter. */
+OX_API void ox_parameter_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of a parameter with AUTHORITY clauses by option. */
+OX_API void ox_parameter_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads a parameter from an object string, or null. */
+OX_API ox_object *ox_parameter_from_string(const char *text);
+
+/* Projection */
+/** Deletes a projection with its parts. */
+OX_API void ox_projection_del(ox_object *h);
+/** Deep copy of a projection, or null. */
+OX_API ox_object *ox_projection_clone(const ox_object *h);
+/** 1 when two projections are equal, else 0. */
+OX_API int32_t ox_projection_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is a projection. */
+OX_API int32_t ox_projection_p(const ox_object *h);
+/** Copies the name of a projection ("" for any other handle). */
+OX_API void ox_projection_name(const ox_object *h, char *buffer);
+/** Provenance of a projection; 0 for any other handle. */
+OX_API int32_t ox_projection_status(const ox_object *h);
+/** Authority of a projection (borrowed, built lazily), or null. */
+OX_API ox_object *ox_projection_authority(ox_object *h);
+/** Replaces the authority of a projection; takes ownership. */
+OX_API void ox_projection_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of a projection. */
+OX_API void ox_projection_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of a projection with AUTHORITY clauses by option. */
+OX_API void ox_projection_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads a projection from an object string, or null. */
+OX_API ox_object *ox_projection_from_string(const char *text);
+
+/* Transformation method */
+/** Deletes a transformation method with its parts. */
+OX_API void ox_method_del(ox_object *h);
+/** Deep copy of a transformation method, or null. */
+OX_API ox_object *ox_method_clone(const ox_object *h);
+/** 1 when two transformation methods are equal, else 0. */
+OX_API int32_t ox_method_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is a transformation method. */
+OX_API int32_t ox_method_p(const ox_object *h);
+/** Copies the name of a transformation method ("" for any other handle). */
+OX_API void ox_method_name(const ox_object *h, char *buffer);
+/** Provenance of a transformation method; 0 for any other handle. */
+OX_API int32_t ox_method_status(const ox_object *h);
+/** Authority of a transformation method (borrowed, built lazily), or null. */
+OX_API ox_object *ox_method_authority(ox_object *h);
+/** Replaces the authority of a transformation method; takes ownership. */
+OX_API void ox_method_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of a transformation method. */
+OX_API void ox_method_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of a transformation method with AUTHORITY clauses by option. */
+OX_API void ox_method_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads a transformation method from an object string, or null. */
+OX_API ox_object *ox_method_from_string(const char *text);
+
+/* Geographic transformation */
+/** Deletes a geographic transformation with its parts. */
+OX_API void ox_geogtran_del(ox_object *h);
+/** Deep copy of a geographic transformation, or null. */
+OX_API ox_object *ox_geogtran_clone(const ox_object *h);
+/** 1 when two geographic transformations are equal, else 0. */
+OX_API int32_t ox_geogtran_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is a geographic transformation. */
+OX_API int32_t ox_geogtran_p(const ox_object *h);
+/** Copies the name of a geographic transformation ("" for any other handle). */
+OX_API void ox_geogtran_name(const ox_object *h, char *buffer);
+/** Provenance of a geographic transformation; 0 for any other handle. */
+OX_API int32_t ox_geogtran_status(const ox_object *h);
+/** Authority of a geographic transformation (borrowed, built lazily), or null. */
+OX_API ox_object *ox_geogtran_authority(ox_object *h);
+/** Replaces the authority of a geographic transformation; takes ownership. */
+OX_API void ox_geogtran_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of a geographic transformation. */
+OX_API void ox_geogtran_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of a geographic transformation with AUTHORITY clauses by option. */
+OX_API void ox_geogtran_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads a geographic transformation from an object string, or null. */
+OX_API ox_object *ox_geogtran_from_string(const char *text);
+
+/* Vertical datum */
+/** Deletes a vertical datum with its parts. */
+OX_API void ox_vdatum_del(ox_object *h);
+/** Deep copy of a vertical datum, or null. */
+OX_API ox_object *ox_vdatum_clone(const ox_object *h);
+/** 1 when two vertical datums are equal, else 0. */
+OX_API int32_t ox_vdatum_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is a vertical datum. */
+OX_API int32_t ox_vdatum_p(const ox_object *h);
+/** Copies the name of a vertical datum ("" for any other handle). */
+OX_API void ox_vdatum_name(const ox_object *h, char *buffer);
+/** Provenance of a vertical datum; 0 for any other handle. */
+OX_API int32_t ox_vdatum_status(const ox_object *h);
+/** Authority of a vertical datum (borrowed, built lazily), or null. */
+OX_API ox_object *ox_vdatum_authority(ox_object *h);
+/** Replaces the authority of a vertical datum; takes ownership. */
+OX_API void ox_vdatum_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of a vertical datum. */
+OX_API void ox_vdatum_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of a vertical datum with AUTHORITY clauses by option. */
+OX_API void ox_vdatum_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads a vertical datum from an object string, or null. */
+OX_API ox_object *ox_vdatum_from_string(const char *text);
+
+/* Vertical system */
+/** Deletes a vertical system with its parts. */
+OX_API void ox_vertcs_del(ox_object *h);
+/** Deep copy of a vertical system, or null. */
+OX_API ox_object *ox_vertcs_clone(const ox_object *h);
+/** 1 when two vertical systems are equal, else 0. */
+OX_API int32_t ox_vertcs_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is a vertical system. */
+OX_API int32_t ox_vertcs_p(const ox_object *h);
+/** Copies the name of a vertical system ("" for any other handle). */
+OX_API void ox_vertcs_name(const ox_object *h, char *buffer);
+/** Provenance of a vertical system; 0 for any other handle. */
+OX_API int32_t ox_vertcs_status(const ox_object *h);
+/** Authority of a vertical system (borrowed, built lazily), or null. */
+OX_API ox_object *ox_vertcs_authority(ox_object *h);
+/** Replaces the authority of a vertical system; takes ownership. */
+OX_API void ox_vertcs_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of a vertical system. */
+OX_API void ox_vertcs_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of a vertical system with AUTHORITY clauses by option. */
+OX_API void ox_vertcs_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads a vertical system from an object string, or null. */
+OX_API ox_object *ox_vertcs_from_string(const char *text);
+
+/* Horizontal and vertical pair */
+/** Deletes a horizontal and vertical pair with its parts. */
+OX_API void ox_hvcoordsys_del(ox_object *h);
+/** Deep copy of a horizontal and vertical pair, or null. */
+OX_API ox_object *ox_hvcoordsys_clone(const ox_object *h);
+/** 1 when two horizontal and vertical pairs are equal, else 0. */
+OX_API int32_t ox_hvcoordsys_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is a horizontal and vertical pair. */
+OX_API int32_t ox_hvcoordsys_p(const ox_object *h);
+/** Copies the name of a horizontal and vertical pair ("" for any other handle). */
+OX_API void ox_hvcoordsys_name(const ox_object *h, char *buffer);
+/** Provenance of a horizontal and vertical pair; 0 for any other handle. */
+OX_API int32_t ox_hvcoordsys_status(const ox_object *h);
+/** Authority of a horizontal and vertical pair (borrowed, built lazily), or null. */
+OX_API ox_object *ox_hvcoordsys_authority(ox_object *h);
+/** Replaces the authority of a horizontal and vertical pair; takes ownership. */
+OX_API void ox_hvcoordsys_authority_set(ox_object *h, ox_object *authority);
+/** Writes the horizontal system's string, then "," and the vertical system's (no keyword). */
+OX_API void ox_hvcoordsys_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of a horizontal and vertical pair with AUTHORITY clauses by option. */
+OX_API void ox_hvcoordsys_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads HVCOORDSYS[...] or a PROJCS/GEOGCS and a VERTCS side by side, or null. */
+OX_API ox_object *ox_hvcoordsys_from_string(const char *text);
+
+/* Geocentric system */
+/** Deletes a geocentric system with its parts. */
+OX_API void ox_geoxyzcs_del(ox_object *h);
+/** Deep copy of a geocentric system, or null. */
+OX_API ox_object *ox_geoxyzcs_clone(const ox_object *h);
+/** 1 when two geocentric systems are equal, else 0. */
+OX_API int32_t ox_geoxyzcs_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is a geocentric system. */
+OX_API int32_t ox_geoxyzcs_p(const ox_object *h);
+/** Copies the name of a geocentric system ("" for any other handle). */
+OX_API void ox_geoxyzcs_name(const ox_object *h, char *buffer);
+/** Provenance of a geocentric system; 0 for any other handle. */
+OX_API int32_t ox_geoxyzcs_status(const ox_object *h);
+/** Authority of a geocentric system (borrowed, built lazily), or null. */
+OX_API ox_object *ox_geoxyzcs_authority(ox_object *h);
+/** Replaces the authority of a geocentric system; takes ownership. */
+OX_API void ox_geoxyzcs_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of a geocentric system. */
+OX_API void ox_geoxyzcs_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of a geocentric system with AUTHORITY clauses by option. */
+OX_API void ox_geoxyzcs_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads a geocentric system from an object string, or null. */
+OX_API ox_object *ox_geoxyzcs_from_string(const char *text);
+
+/* Horizontal-transformation method */
+/** Deletes a horizontal-transformation method with its parts. */
+OX_API void ox_htmethod_del(ox_object *h);
+/** Deep copy of a horizontal-transformation method, or null. */
+OX_API ox_object *ox_htmethod_clone(const ox_object *h);
+/** 1 when two horizontal-transformation methods are equal, else 0. */
+OX_API int32_t ox_htmethod_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is a horizontal-transformation method. */
+OX_API int32_t ox_htmethod_p(const ox_object *h);
+/** Copies the name of a horizontal-transformation method ("" for any other handle). */
+OX_API void ox_htmethod_name(const ox_object *h, char *buffer);
+/** Provenance of a horizontal-transformation method; 0 for any other handle. */
+OX_API int32_t ox_htmethod_status(const ox_object *h);
+/** Authority of a horizontal-transformation method (borrowed, built lazily), or null. */
+OX_API ox_object *ox_htmethod_authority(ox_object *h);
+/** Replaces the authority of a horizontal-transformation method; takes ownership. */
+OX_API void ox_htmethod_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of a horizontal-transformation method. */
+OX_API void ox_htmethod_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of a horizontal-transformation method with AUTHORITY clauses by option. */
+OX_API void ox_htmethod_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads a horizontal-transformation method from an object string, or null. */
+OX_API ox_object *ox_htmethod_from_string(const char *text);
+
+/* Array */
+/** Deletes an array with its parts. */
+OX_API void ox_array_del(ox_object *h);
+/** Deep copy of an array, or null. */
+OX_API ox_object *ox_array_clone(const ox_object *h);
+/** 1 when two arrays are equal, else 0. */
+OX_API int32_t ox_array_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is an array. */
+OX_API int32_t ox_array_p(const ox_object *h);
+/** Copies the name of an array ("" for any other handle). */
+OX_API void ox_array_name(const ox_object *h, char *buffer);
+/** Provenance of an array; 0 for any other handle. */
+OX_API int32_t ox_array_status(const ox_object *h);
+/** Authority of an array (borrowed, built lazily), or null. */
+OX_API ox_object *ox_array_authority(ox_object *h);
+/** Replaces the authority of an array; takes ownership. */
+OX_API void ox_array_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of an array. */
+OX_API void ox_array_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of an array (never with an AUTHORITY clause). */
+OX_API void ox_array_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads an array from an object string, or null. */
+OX_API ox_object *ox_array_from_string(const char *text);
+
+/* Adjusted system */
+/** Deletes an adjusted system with its parts. */
+OX_API void ox_adjhcs_del(ox_object *h);
+/** Deep copy of an adjusted system, or null. */
+OX_API ox_object *ox_adjhcs_clone(const ox_object *h);
+/** 1 when two adjusted systems are equal, else 0. */
+OX_API int32_t ox_adjhcs_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is an adjusted system. */
+OX_API int32_t ox_adjhcs_p(const ox_object *h);
+/** Copies the name of an adjusted system ("" for any other handle). */
+OX_API void ox_adjhcs_name(const ox_object *h, char *buffer);
+/** Provenance of an adjusted system; 0 for any other handle. */
+OX_API int32_t ox_adjhcs_status(const ox_object *h);
+/** Authority of an adjusted system (borrowed, built lazily), or null. */
+OX_API ox_object *ox_adjhcs_authority(ox_object *h);
+/** Replaces the authority of an adjusted system; takes ownership. */
+OX_API void ox_adjhcs_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of an adjusted system. */
+OX_API void ox_adjhcs_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of an adjusted system (never with AUTHORITY clauses). */
+OX_API void ox_adjhcs_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads an adjusted system from an object string, or null. */
+OX_API ox_object *ox_adjhcs_from_string(const char *text);
+
+/* Coordinate system (geographic or projected) */
+/** Deletes a geographic or projected system with its parts. */
+OX_API void ox_coordsys_del(ox_object *h);
+/** Deep copy of a geographic or projected system, or null. */
+OX_API ox_object *ox_coordsys_clone(const ox_object *h);
+/** 1 when two coordinate systems are equal, else 0. */
+OX_API int32_t ox_coordsys_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is a geographic or projected system. */
+OX_API int32_t ox_coordsys_p(const ox_object *h);
+/** Copies the name of a geographic or projected system ("" for any other handle). */
+OX_API void ox_coordsys_name(const ox_object *h, char *buffer);
+/** Always 0 (ask ox_geogcs_status or ox_projcs_status). */
+OX_API int32_t ox_coordsys_status(const ox_object *h);
+/** Authority of a geographic or projected system (borrowed, built lazily), or null. */
+OX_API ox_object *ox_coordsys_authority(ox_object *h);
+/** Replaces the authority of a geographic or projected system; takes ownership. */
+OX_API void ox_coordsys_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of a geographic or projected system. */
+OX_API void ox_coordsys_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of a geographic or projected system with AUTHORITY clauses by option. */
+OX_API void ox_coordsys_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads a projected system when "PROJCS" stands anywhere in the text, else a geographic one. */
+OX_API ox_object *ox_coordsys_from_string(const char *text);
+
+/* Datum (horizontal or vertical) */
+/** Deletes a datum or vertical datum with its parts. */
+OX_API void ox_hvdatum_del(ox_object *h);
+/** Deep copy of a datum or vertical datum, or null. */
+OX_API ox_object *ox_hvdatum_clone(const ox_object *h);
+/** 1 when two datums are equal, else 0. */
+OX_API int32_t ox_hvdatum_eq(const ox_object *a, const ox_object *b);
+/** 1 when the handle is a datum or vertical datum. */
+OX_API int32_t ox_hvdatum_p(const ox_object *h);
+/** Copies the name of a datum or vertical datum ("" for any other handle). */
+OX_API void ox_hvdatum_name(const ox_object *h, char *buffer);
+/** Provenance of a datum or vertical datum; 0 for any other handle. */
+OX_API int32_t ox_hvdatum_status(const ox_object *h);
+/** Authority of a datum or vertical datum (borrowed, built lazily), or null. */
+OX_API ox_object *ox_hvdatum_authority(ox_object *h);
+/** Replaces the authority of a datum or vertical datum; takes ownership. */
+OX_API void ox_hvdatum_authority_set(ox_object *h, ox_object *authority);
+/** Writes the object string of a datum or vertical datum. */
+OX_API void ox_hvdatum_to_string(const ox_object *h, char *buffer);
+/** Writes the object string of a datum or vertical datum with AUTHORITY clauses by option. */
+OX_API void ox_hvdatum_to_string_ext(ox_object *h, int32_t option, char *buffer);
+/** Reads the first DATUM or VDATUM of an object string, or null. */
+OX_API ox_object *ox_hvdatum_from_string(const char *text);
 
 /* ------------------------------------------------------------------------ */
 /* Unit, prime meridian, spheroid, datum                                    */
