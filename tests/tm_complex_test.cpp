@@ -22,7 +22,6 @@
 #include "projection/ox_pcsconstants.h"
 #include "projection/ox_projections.h"
 #include "projection/ox_projmath.h"
-#include "tm_complex_reference_series.h"
 
 namespace {
 
@@ -580,6 +579,42 @@ TEST(TmComplex, ArbitraryBitPatternsGiveFailuresOrValidPoints) {
 
 using ld = long double;
 
+// The reference series (tests/data/krueger_reference_series.txt, written by
+// tools/series/krueger_series.py --order 16 --reference): the coefficients of
+// n^0..n^16 of the rectifying factor and of alpha_k and chi_k, k = 1..16.
+constexpr int kReferenceOrder = 16;
+struct ReferenceSeries {
+    ld rectifying[kReferenceOrder + 1] = {};
+    ld alpha[kReferenceOrder][kReferenceOrder + 1] = {};
+    ld chi[kReferenceOrder][kReferenceOrder + 1] = {};
+    int lines = 0;
+};
+
+const ReferenceSeries &reference_series() {
+    static const ReferenceSeries series = [] {
+        ReferenceSeries s;
+        std::ifstream in(std::string(OX_TEST_DATA_DIR) + "/krueger_reference_series.txt");
+        std::string line;
+        while (std::getline(in, line)) {
+            if (line.empty() || line[0] == '#') continue;
+            std::istringstream fields(line);
+            std::string name;
+            int k = 0;
+            fields >> name >> k;
+            ld *row = name == "rectifying" ? s.rectifying
+                      : name == "alpha" && k >= 1 && k <= kReferenceOrder ? s.alpha[k - 1]
+                      : name == "chi" && k >= 1 && k <= kReferenceOrder   ? s.chi[k - 1]
+                                                                          : nullptr;
+            if (row == nullptr) continue;
+            std::string value;
+            for (int j = 0; j <= kReferenceOrder && fields >> value; ++j) row[j] = std::strtold(value.c_str(), nullptr);
+            ++s.lines;
+        }
+        return s;
+    }();
+    return series;
+}
+
 struct Reference {
     int order;
     ld n, ka, northing0;
@@ -594,10 +629,11 @@ struct Reference {
     Reference(ld a, ld rf, ld k0, ld lat0_deg, int ord) : order(ord) {
         const ld f = rf == 0 ? 0 : 1 / rf;
         n = f / (2 - f);
-        ka = k0 * a / (1 + n) * poly(kReferenceRectifying, n, order);
+        const ReferenceSeries &s = reference_series();
+        ka = k0 * a / (1 + n) * poly(s.rectifying, n, order);
         for (int k = 0; k < kReferenceOrder; ++k) {
-            alpha[k] = k < order ? poly(kReferenceAlpha[k], n, order) : 0;
-            chi[k] = k < order ? poly(kReferenceChi[k], n, order) : 0;
+            alpha[k] = k < order ? poly(s.alpha[k], n, order) : 0;
+            chi[k] = k < order ? poly(s.chi[k], n, order) : 0;
         }
         northing0 = 0;
         northing0 = forward(0, lat0_deg * kDeg).second;
@@ -618,6 +654,7 @@ struct Reference {
 };
 
 TEST(TmComplex, SeriesTruncationWithin35Degrees) {
+    ASSERT_EQ(reference_series().lines, 1 + 2 * kReferenceOrder);
     struct Case {
         double a, rf, k0, lat0;
     };
