@@ -8,12 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "ox.h"
 #include "projection_support.h"
 
 namespace {
 
-using oxtest::RefRow;
+using namespace oxtest;
 
 constexpr double kForwardTolerance = 1e-3;    // metres
 constexpr double kInverseTolerance = 1e-9;    // degrees
@@ -26,8 +25,7 @@ class Reference : public ::testing::TestWithParam<std::vector<RefRow>> {};
 
 TEST_P(Reference, ForwardInverseAndRoundTrip) {
     const std::vector<RefRow> &rows = GetParam();
-    ox_object *pcs = oxtest::projcs_of(rows[0]);
-    ASSERT_NE(pcs, nullptr) << rows[0].case_name;
+    const Owned pcs = projcs_of(rows[0]);
     const int32_t n = static_cast<int32_t>(rows.size());
 
     std::vector<double> fwd, inv;
@@ -35,28 +33,27 @@ TEST_P(Reference, ForwardInverseAndRoundTrip) {
         fwd.insert(fwd.end(), {r.lon, r.lat});
         inv.insert(inv.end(), {r.x, r.y});
     }
-    EXPECT_EQ(ox_geog_to_proj(pcs, n, fwd.data()), n);
-    EXPECT_EQ(ox_proj_to_geog(pcs, n, inv.data()), n);
+    EXPECT_EQ(ox_geog_to_proj(pcs.get(), n, fwd.data()), n);
+    EXPECT_EQ(ox_proj_to_geog(pcs.get(), n, inv.data()), n);
     std::vector<double> back = fwd;
-    EXPECT_EQ(ox_proj_to_geog(pcs, n, back.data()), n);
+    EXPECT_EQ(ox_proj_to_geog(pcs.get(), n, back.data()), n);
 
     for (int32_t i = 0; i < n; ++i) {
         const RefRow &r = rows[i];
-        SCOPED_TRACE(r.case_name + " lon " + oxtest::number(r.lon) + " lat " + oxtest::number(r.lat));
+        SCOPED_TRACE(r.case_name + " lon " + number(r.lon) + " lat " + number(r.lat));
         EXPECT_NEAR(fwd[2 * i], r.x, kForwardTolerance);
         EXPECT_NEAR(fwd[2 * i + 1], r.y, kForwardTolerance);
         EXPECT_NEAR(inv[2 * i + 1], r.lat, kInverseTolerance);
         EXPECT_NEAR(back[2 * i + 1], r.lat, kRoundTripTolerance);
         if (!at_pole(r.lat)) {
-            EXPECT_NEAR(oxtest::lon_diff(inv[2 * i], r.lon), 0.0, kInverseTolerance);
-            EXPECT_NEAR(oxtest::lon_diff(back[2 * i], r.lon), 0.0, kRoundTripTolerance);
+            EXPECT_NEAR(lon_diff(inv[2 * i], r.lon), 0.0, kInverseTolerance);
+            EXPECT_NEAR(lon_diff(back[2 * i], r.lon), 0.0, kRoundTripTolerance);
         }
     }
-    ox_projcs_del(pcs);
 }
 
 std::vector<std::vector<RefRow>> cases() {
-    return oxtest::by_case(oxtest::read_reference("projections_cylindrical_tm.csv"));
+    return by_case(read_reference("projections_cylindrical_tm.csv"));
 }
 
 std::string case_name(const ::testing::TestParamInfo<std::vector<RefRow>> &info) {
@@ -69,7 +66,7 @@ std::string case_name(const ::testing::TestParamInfo<std::vector<RefRow>> &info)
 INSTANTIATE_TEST_SUITE_P(Peers, Reference, ::testing::ValuesIn(cases()), case_name);
 
 TEST(ReferenceData, EveryProjectionIsCovered) {
-    const auto rows = oxtest::read_reference("projections_cylindrical_tm.csv");
+    const auto rows = read_reference("projections_cylindrical_tm.csv");
     ASSERT_EQ(rows.size(), 1480u);
     for (const char *name :
          {"Transverse_Mercator", "Gauss_Kruger", "Mercator", "Plate_Carree", "Equidistant_Cylindrical",

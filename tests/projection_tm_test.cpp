@@ -9,48 +9,34 @@
 #include <string>
 #include <vector>
 
-#include "ox.h"
 #include "projection_support.h"
 
 namespace {
 
-using Params = std::vector<std::pair<std::string, double>>;
-constexpr double kDeg = 0.017453292519943295;
-constexpr double kA = 6378137.0, kRf = 298.257223563;
+using namespace oxtest;
 
-Params tm_params(double fe, double fn, double cm, double k0, double lat0) {
-    return {{"False_Easting", fe},
-            {"False_Northing", fn},
-            {"Central_Meridian", cm},
-            {"Scale_Factor", k0},
-            {"Latitude_Of_Origin", lat0}};
-}
-
-ox_object *make(const Params &params, double a = kA, double rf = kRf) {
-    ox_object *p = ox_projcs_from_string(oxtest::projcs_text("Transverse_Mercator", a, rf, params).c_str());
-    EXPECT_NE(p, nullptr);
-    return p;
+Owned make(const Params &params, double a = kA, double rf = kRf) {
+    return make_projcs("Transverse_Mercator", params, a, rf);
 }
 
 double e2_of(double rf) { return rf == 0.0 ? 0.0 : (2.0 - 1.0 / rf) / rf; }
 
 TEST(TransverseMercator, OriginMapsToTheFalseOrigin) {
     for (double rf : {299.3249646, 0.0}) {
-        ox_object *pcs = make(tm_params(400000, -100000, -2, 0.9996012717, 49), 6377563.396, rf);
+        const Owned pcs = make(tm_params(-2, 0.9996012717, 49, 400000, -100000), 6377563.396, rf);
         double p[2] = {-2.0, 49.0};
-        ASSERT_EQ(ox_geog_to_proj(pcs, 1, p), 1);
+        ASSERT_EQ(ox_geog_to_proj(pcs.get(), 1, p), 1);
         EXPECT_NEAR(p[0], 400000.0, 1e-9);
         EXPECT_NEAR(p[1], -100000.0, 1e-8);
-        ox_projcs_del(pcs);
     }
 }
 
 TEST(TransverseMercator, PolesAreFinite) {
     constexpr double k0 = 0.9996, lat0 = 30.0;
     for (double rf : {kRf, 0.0}) {
-        ox_object *pcs = make(tm_params(0, 0, 15, k0, lat0), kA, rf);
+        const Owned pcs = make(tm_params(15, k0, lat0, 0, 0), kA, rf);
         double p[6] = {15.0, 90.0, 40.0, 90.0, -100.0, -90.0};
-        ASSERT_EQ(ox_geog_to_proj(pcs, 3, p), 3);
+        ASSERT_EQ(ox_geog_to_proj(pcs.get(), 3, p), 3);
         const double e2 = e2_of(rf);
         const double to_pole = k0 * (ox_q90(kA, e2) - ox_q(kA, e2, lat0 * kDeg));
         const double to_south_pole = -k0 * (ox_q90(kA, e2) + ox_q(kA, e2, lat0 * kDeg));
@@ -63,45 +49,42 @@ TEST(TransverseMercator, PolesAreFinite) {
         EXPECT_NEAR(p[1], to_pole, 1e-5) << rf;
         EXPECT_NEAR(p[3], to_pole, 1e-5) << rf;
         EXPECT_NEAR(p[5], to_south_pole, 1e-5) << rf;
-        ASSERT_EQ(ox_proj_to_geog(pcs, 3, p), 3);
+        ASSERT_EQ(ox_proj_to_geog(pcs.get(), 3, p), 3);
         EXPECT_NEAR(p[1], 90.0, 1e-9) << rf;
         EXPECT_NEAR(p[5], -90.0, 1e-9) << rf;
-        ox_projcs_del(pcs);
     }
 }
 
 TEST(TransverseMercator, SphereNinetyDegreesFromTheMeridianIsFinite) {
     constexpr double a = 6371000.0, k0 = 0.9996;
-    ox_object *pcs = make(tm_params(0, 0, -3, k0, 0), a, 0.0);
+    const Owned pcs = make(tm_params(-3, k0, 0, 0, 0), a, 0.0);
     double p[4] = {87.0, 0.0, -93.0, 0.0};
-    ASSERT_EQ(ox_geog_to_proj(pcs, 2, p), 2);
+    ASSERT_EQ(ox_geog_to_proj(pcs.get(), 2, p), 2);
     const double b = 0.9999999999999964;
     const double x = k0 * a / 2.0 * std::log((1.0 + b) / (1.0 - b));
     EXPECT_NEAR(p[0], x, 1e-6 * x);
     EXPECT_NEAR(p[2], -x, 1e-6 * x);
     EXPECT_TRUE(std::isfinite(p[1]) && std::isfinite(p[3]));
-    ox_projcs_del(pcs);
 }
 
 TEST(TransverseMercator, SphereInverseAtThePoleIsThePole) {
     constexpr double a = 6371000.0, k0 = 0.9996, lat0 = 30.0;
-    ox_object *pcs = make(tm_params(0, 0, 0, k0, lat0), a, 0.0);
+    const Owned pcs = make(tm_params(0, k0, lat0, 0, 0), a, 0.0);
     double p[4] = {0.0, k0 * a * (90.0 - lat0) * kDeg, 0.0, -k0 * a * (90.0 + lat0) * kDeg};
-    ASSERT_EQ(ox_proj_to_geog(pcs, 2, p), 2);
+    ASSERT_EQ(ox_proj_to_geog(pcs.get(), 2, p), 2);
     EXPECT_NEAR(p[1], 90.0, 1e-12);
     EXPECT_NEAR(p[3], -90.0, 1e-12);
-    ox_projcs_del(pcs);
 }
 
 // x is odd and y even in the longitude difference; with the origin on the
 // equator y is odd in the latitude.
 TEST(TransverseMercator, Symmetries) {
     for (double rf : {kRf, 0.0}) {
-        ox_object *pcs = make(tm_params(0, 0, 9, 1.0, 0), kA, rf);
+        const Owned pcs = make(tm_params(9, 1.0, 0, 0, 0), kA, rf);
         for (double dl : {0.1, 1.0, 2.5, 3.5})
             for (double lat : {0.0, 10.0, 47.5, 80.0}) {
                 double p[8] = {9.0 + dl, lat, 9.0 - dl, lat, 9.0 + dl, -lat, 9.0, lat};
-                ASSERT_EQ(ox_geog_to_proj(pcs, 4, p), 4);
+                ASSERT_EQ(ox_geog_to_proj(pcs.get(), 4, p), 4);
                 // The inputs differ in their last bits after the shift by 9 degrees.
                 EXPECT_NEAR(p[0], -p[2], 1e-9);
                 EXPECT_NEAR(p[1], p[3], 1e-9);
@@ -109,7 +92,6 @@ TEST(TransverseMercator, Symmetries) {
                 EXPECT_NEAR(p[1], -p[5], 1e-9);
                 EXPECT_EQ(p[6], 0.0);  // the central meridian maps to x = 0
             }
-        ox_projcs_del(pcs);
     }
 }
 
@@ -117,15 +99,14 @@ TEST(TransverseMercator, Symmetries) {
 TEST(TransverseMercator, ScaleOnTheCentralMeridianIsK0) {
     constexpr double k0 = 0.9996;
     const double e2 = e2_of(kRf);
-    ox_object *pcs = make(tm_params(0, 0, 15, k0, 0));
+    const Owned pcs = make(tm_params(15, k0, 0, 0, 0));
     for (double lat : {-70.0, -15.0, 0.0, 33.0, 60.0, 84.0}) {
         const double dl = 1e-6;
         double p[2] = {15.0 + dl, lat};
-        ASSERT_EQ(ox_geog_to_proj(pcs, 1, p), 1);
+        ASSERT_EQ(ox_geog_to_proj(pcs.get(), 1, p), 1);
         const double east = ox_n(kA, e2, lat * kDeg) * std::cos(lat * kDeg) * dl * kDeg;
         EXPECT_NEAR(p[0] / east, k0, 1e-9) << lat;
     }
-    ox_projcs_del(pcs);
 }
 
 // The series against the exact transverse Mercator (tm_wide_15deg.csv: the
@@ -139,30 +120,29 @@ TEST(TransverseMercator, SeriesErrorAgainstTheExactProjection) {
     };
     const Band bands[] = {
         {3.0, 2e-6, 2e-11}, {4.0, 2e-5, 1e-10}, {6.0, 1e-3, 1e-8}, {10.0, 2e-2, 3e-7}, {15.0, 0.5, 2e-5}};
-    const auto rows = oxtest::read_reference("tm_wide_15deg.csv");
+    const auto rows = read_reference("tm_wide_15deg.csv");
     ASSERT_GT(rows.size(), 150u);
     double worst_forward[5] = {}, worst_inverse[5] = {};
-    for (std::vector<oxtest::RefRow> rows_of_case : oxtest::by_case(rows)) {
-        oxtest::RefRow &first = rows_of_case[0];
+    for (std::vector<RefRow> rows_of_case : by_case(rows)) {
+        RefRow &first = rows_of_case[0];
         first.projection = "Transverse_Mercator";
-        ox_object *pcs = oxtest::projcs_of(first);
-        ASSERT_NE(pcs, nullptr);
+        const Owned pcs = projcs_of(first);
         const int32_t n = static_cast<int32_t>(rows_of_case.size());
         std::vector<double> p, q;
-        for (const oxtest::RefRow &r : rows_of_case) {
+        for (const RefRow &r : rows_of_case) {
             p.insert(p.end(), {r.lon, r.lat});
             q.insert(q.end(), {r.x, r.y});
         }
-        ASSERT_EQ(ox_geog_to_proj(pcs, n, p.data()), n);
-        ASSERT_EQ(ox_proj_to_geog(pcs, n, q.data()), n);
+        ASSERT_EQ(ox_geog_to_proj(pcs.get(), n, p.data()), n);
+        ASSERT_EQ(ox_proj_to_geog(pcs.get(), n, q.data()), n);
         for (int32_t i = 0; i < n; ++i) {
-            const oxtest::RefRow &r = rows_of_case[i];
-            const double dl = std::fabs(oxtest::lon_diff(r.lon, r.param("Central_Meridian")));
+            const RefRow &r = rows_of_case[i];
+            const double dl = std::fabs(lon_diff(r.lon, r.param("Central_Meridian")));
             int band = 0;
             while (band < 4 && dl > bands[band].upto) ++band;
             const double fwd = std::hypot(p[2 * i] - r.x, p[2 * i + 1] - r.y);
             const double inv = std::max(std::fabs(q[2 * i + 1] - r.lat),
-                                        std::fabs(oxtest::lon_diff(q[2 * i], r.lon)) * std::cos(r.lat * kDeg));
+                                        std::fabs(lon_diff(q[2 * i], r.lon)) * std::cos(r.lat * kDeg));
             if (r.rf == 0.0) {
                 // The sphere's closed formulas are exact everywhere.
                 EXPECT_LT(fwd, 1e-6) << r.case_name << " " << r.lon << " " << r.lat;
@@ -172,7 +152,6 @@ TEST(TransverseMercator, SeriesErrorAgainstTheExactProjection) {
                 worst_inverse[band] = std::max(worst_inverse[band], inv);
             }
         }
-        ox_projcs_del(pcs);
     }
     for (int b = 0; b < 5; ++b) {
         EXPECT_LT(worst_forward[b], bands[b].forward_m) << "up to " << bands[b].upto << " degrees";

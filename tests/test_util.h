@@ -1,12 +1,19 @@
 // Shared helpers of the test suite.
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <limits>
 #include <string>
+#include <vector>
 
 #include "ox.h"
 
 namespace oxtest {
+
+inline constexpr double kDeg = 0.017453292519943295;
+inline constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+inline constexpr double kInf = std::numeric_limits<double>::infinity();
 
 inline constexpr const char *kWgs84 =
     "GEOGCS[\"GCS_WGS_1984\",DATUM[\"D_WGS_1984\",SPHEROID[\"WGS_1984\",6378137.0,298.257223563]],"
@@ -40,6 +47,7 @@ struct Owned {
     explicit Owned(ox_object *p = nullptr) : h(p) {}
     Owned(const Owned &) = delete;
     Owned &operator=(const Owned &) = delete;
+    Owned(Owned &&o) noexcept : h(o.release()) {}
     ~Owned();
     ox_object *get() const { return h; }
     ox_object *release() {
@@ -62,5 +70,41 @@ void every_allocation_fails(const std::function<ox_object *()> &make, const char
 // A geographic system built from parts.
 ox_object *make_geogcs(const char *name = "GCS_WGS_1984", double axis = 6378137.0,
                        double inverse_flattening = 298.257223563);
+
+// The rows of a comma-separated file of tests/data, split into fields;
+// blank lines, lines starting with '#' and the header line are skipped.
+std::vector<std::vector<std::string>> read_csv(const std::string &file);
+
+// The library's failure value (a NaN of one bit pattern).
+bool is_failure(double v);
+bool same_bits(double a, double b);
+
+// Longitude difference a - b in degrees reduced to [-180, 180].
+double lon_diff(double a, double b);
+
+// Catalogue objects: the name, status, and the code, authority and version
+// of the lazily built authority object.
+std::string name_of(const ox_object *h);
+int32_t status_of(const ox_object *h);
+struct Stamp {
+    int32_t code;
+    std::string authority, version;
+};
+Stamp stamp_of(ox_object *h);
+
+// The value of a projected system's parameter of that name (NaN if none)
+// and the number of parameters it has.
+double parameter(const ox_object *projcs, const char *name);
+int parameter_count(const ox_object *projcs);
+
+// A scratch directory, removed with its contents at the end of scope.
+struct TempDir {
+    std::string path;
+    TempDir();
+    ~TempDir();
+    TempDir(const TempDir &) = delete;
+    TempDir &operator=(const TempDir &) = delete;
+    void write(const std::string &file, const std::string &text) const;
+};
 
 }  // namespace oxtest

@@ -1,33 +1,28 @@
 // "Transverse_Mercator_Complex": the routines against exact transverse
 // Mercator values, round trips, symmetry and scale invariants, the sphere,
 // the singular points and bad input; the truncation of the series against a
-// long double evaluation carried to n^16.
+// long double evaluation carried to n^16.  Its loop variants and units
+// inside the point loop are checked with the other projections
+// (projection_kernels_test.cpp).
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
-#include <limits>
-#include <map>
 #include <random>
 #include <sstream>
 #include <string>
 #include <vector>
 
-#include "object/ox_utils.h"
-#include "ox.h"
 #include "projection/ox_pcsconstants.h"
 #include "projection/ox_projections.h"
-#include "projection/ox_projmath.h"
+#include "projection_support.h"
 
 namespace {
 
-constexpr double kDeg = 0.017453292519943295;
-constexpr double kInf = std::numeric_limits<double>::infinity();
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+using namespace oxtest;
 
 // A projection set-up: spheroid, parameters (radians, metres) and the
 // constants block loaded by the constants routine.
@@ -36,12 +31,10 @@ struct System {
     double parameters[16] = {};
     ox::PcsConstants *constants = nullptr;
 
-    System(double a, double rf, double lon0_deg, double k0, double lat0_deg, double fe = 0, double fn = 0) {
+    System(double a, double rf, double lon0_deg, double k0, double lat0_deg) {
         const double f = rf == 0 ? 0.0 : 1.0 / rf;
         spheroid[0] = a;
         spheroid[1] = f * (2.0 - f);
-        parameters[0] = fe;
-        parameters[1] = fn;
         parameters[2] = lon0_deg * kDeg;
         parameters[5] = k0;
         parameters[6] = lat0_deg * kDeg;
@@ -54,19 +47,15 @@ struct System {
 
     // Degrees in, metres out (no false origin), in place; returns the count.
     int32_t forward(std::vector<double> &pts, bool with_constants = true) const {
-        std::vector<double> rad(pts);
-        for (double &v : rad) v *= kDeg;
-        const int32_t count = ox::tm_complex_forward(spheroid, parameters, static_cast<int32_t>(pts.size() / 2),
-                                                     rad.data(), with_constants ? constants->header : nullptr,
-                                                     with_constants ? constants->values : nullptr);
-        pts = rad;
-        return count;
+        for (double &v : pts) v *= kDeg;
+        return ox::tm_complex_forward(spheroid, parameters, static_cast<int32_t>(pts.size() / 2), pts.data(),
+                                      with_constants ? constants->header : nullptr,
+                                      with_constants ? constants->values : nullptr);
     }
     // Metres in, degrees out, in place; returns the count.
-    int32_t inverse(std::vector<double> &pts, bool with_constants = true) const {
+    int32_t inverse(std::vector<double> &pts) const {
         const int32_t count = ox::tm_complex_inverse(spheroid, parameters, static_cast<int32_t>(pts.size() / 2),
-                                                     pts.data(), with_constants ? constants->header : nullptr,
-                                                     with_constants ? constants->values : nullptr);
+                                                     pts.data(), constants->header, constants->values);
         for (double &v : pts) v /= kDeg;
         return count;
     }
@@ -82,103 +71,56 @@ struct System {
     }
 };
 
-bool is_failure(double v) {
-    uint64_t bits, want;
-    const double f = ox::failure_nan();
-    std::memcpy(&bits, &v, 8);
-    std::memcpy(&want, &f, 8);
-    return bits == want;
-}
-
-double lon_diff(double a, double b) {
-    double d = std::fmod(a - b, 360.0);
-    if (d > 180) d -= 360;
-    if (d < -180) d += 360;
-    return d;
-}
-
-// The point-loop levels to check: the C library path, then every
-// instruction-set variant of the inline kernels that the processor has (on
-// x86-64 level 0 is the C library path too).
-std::vector<int> loop_levels() {
-    std::vector<int> levels{ox::kExactLevel};
-    const int top = ox::point_loop_level_limit(-1);
-#if defined(__x86_64__)
-    const int first = 1;
-#else
-    const int first = 0;
-#endif
-    for (int level = first; level <= top; ++level) levels.push_back(level);
-    return levels;
-}
-
-// Runs the body at one loop level and restores the processor's own.
-struct AtLevel {
-    explicit AtLevel(int level) { ox::point_loop_level_limit(level); }
-    ~AtLevel() { ox::point_loop_level_limit(-1); }
-    AtLevel(const AtLevel &) = delete;
-    AtLevel &operator=(const AtLevel &) = delete;
-};
-
-// ---------------------------------------------------------------------------
-// Exact values (tests/data/tm_wide.csv: exact transverse Mercator on the
-// ellipsoid, out to 40 degrees from the central meridian).
-// ---------------------------------------------------------------------------
-
-struct Row {
-    std::string name;
-    double a, rf, fe, fn, lon0, k0, lat0, lon, lat, x, y;
-};
-
-std::vector<Row> load_rows() {
-    std::vector<Row> rows;
-    std::ifstream in(std::string(OX_TEST_DATA_DIR) + "/tm_wide.csv");
-    std::string line;
-    std::getline(in, line);  // header
-    while (std::getline(in, line)) {
-        std::vector<std::string> f;
-        std::stringstream ss(line);
-        std::string cell;
-        while (std::getline(ss, cell, ',')) f.push_back(cell);
-        if (f.size() != 9) continue;
-        std::map<std::string, double> p;
-        std::stringstream ps(f[4]);
-        while (std::getline(ps, cell, ';')) {
-            const auto eq = cell.find('=');
-            p[cell.substr(0, eq)] = std::strtod(cell.c_str() + eq + 1, nullptr);
-        }
-        rows.push_back({f[0], std::strtod(f[2].c_str(), nullptr), std::strtod(f[3].c_str(), nullptr),
-                        p["False_Easting"], p["False_Northing"], p["Central_Meridian"], p["Scale_Factor"],
-                        p["Latitude_Of_Origin"], std::strtod(f[5].c_str(), nullptr),
-                        std::strtod(f[6].c_str(), nullptr), std::strtod(f[7].c_str(), nullptr),
-                        std::strtod(f[8].c_str(), nullptr)});
-    }
-    return rows;
-}
-
+// tests/data/tm_wide.csv: exact transverse Mercator on the ellipsoid, out to
+// 40 degrees from the central meridian, through projected systems read from
+// object strings, at every loop level.
 TEST(TmComplex, ExactValuesOutTo40Degrees) {
-    const std::vector<Row> rows = load_rows();
+    const std::vector<RefRow> rows = read_reference("tm_wide.csv");
     ASSERT_EQ(rows.size(), 480u);
+    const auto cases = by_case(rows);
+    ASSERT_EQ(cases.size(), 12u);
     for (const int level : loop_levels()) {
-    SCOPED_TRACE("loop level " + std::to_string(level));
-    const AtLevel at(level);
-    double worst_xy = 0, worst_deg = 0;
-    for (const Row &r : rows) {
-        SCOPED_TRACE(r.name + " " + std::to_string(r.lon) + " " + std::to_string(r.lat));
-        const System s(r.a, r.rf, r.lon0, r.k0, r.lat0);
-        const auto [x, y] = s.fwd(r.lon, r.lat);
-        // the file prints micrometres: our error plus its rounding within 1 um
-        EXPECT_NEAR(x + r.fe, r.x, 1e-6);
-        EXPECT_NEAR(y + r.fn, r.y, 1e-6);
-        worst_xy = std::max({worst_xy, std::fabs(x + r.fe - r.x), std::fabs(y + r.fn - r.y)});
-        const auto [lon, lat] = s.inv(r.x - r.fe, r.y - r.fn);
-        EXPECT_NEAR(lat, r.lat, 1e-9);
-        EXPECT_NEAR(lon_diff(lon, r.lon), 0.0, 1e-9);
-        worst_deg = std::max({worst_deg, std::fabs(lat - r.lat), std::fabs(lon_diff(lon, r.lon))});
+        const AtLevel at(level);
+        double worst_xy = 0, worst_deg = 0;
+        for (const std::vector<RefRow> &members : cases) {
+            const Owned pcs = projcs_of(members[0]);
+            EXPECT_EQ(ox_projcs_isconstloaded(pcs.get()), 0);
+            std::vector<double> p, q;
+            for (const RefRow &r : members) {
+                p.insert(p.end(), {r.lon, r.lat});
+                q.insert(q.end(), {r.x, r.y});
+            }
+            const int32_t n = static_cast<int32_t>(members.size());
+            ASSERT_EQ(forward(pcs.get(), p), n);
+            EXPECT_EQ(ox_projcs_isconstloaded(pcs.get()), 1);
+            ASSERT_EQ(inverse(pcs.get(), q), n);
+            for (int32_t i = 0; i < n; ++i) {
+                const RefRow &r = members[i];
+                SCOPED_TRACE(r.case_name + " " + number(r.lon) + " " + number(r.lat));
+                // the file prints micrometres: our error plus its rounding within 1 um
+                EXPECT_NEAR(p[2 * i], r.x, 1e-6);
+                EXPECT_NEAR(p[2 * i + 1], r.y, 1e-6);
+                EXPECT_NEAR(q[2 * i + 1], r.lat, 1e-9);
+                EXPECT_NEAR(lon_diff(q[2 * i], r.lon), 0.0, 1e-9);
+                worst_xy = std::max({worst_xy, std::fabs(p[2 * i] - r.x), std::fabs(p[2 * i + 1] - r.y)});
+                worst_deg = std::max({worst_deg, std::fabs(q[2 * i + 1] - r.lat), std::fabs(lon_diff(q[2 * i], r.lon))});
+            }
+            // the same after the constants are dropped (computed per call)
+            ox_projcs_unload_constants(pcs.get());
+            std::vector<double> again{members[1].lon, members[1].lat};
+            ASSERT_EQ(forward(pcs.get(), again), 1);
+            EXPECT_NEAR(again[0], members[1].x, 1e-6);
+            EXPECT_NEAR(again[1], members[1].y, 1e-6);
+        }
+        std::printf("tm_wide, loop level %d: worst forward %.3g m, worst inverse %.3g deg\n", level, worst_xy,
+                    worst_deg);
     }
-    std::printf("tm_wide, loop level %d: worst forward %.3g m, worst inverse %.3g deg\n", level, worst_xy,
-                worst_deg);
-    }
+    // the projection name and its parameters survive the object string
+    const Owned pcs = projcs_of(rows[0], kFoot);
+    const std::string text = text_of(ox_projcs_to_string, pcs.get());
+    EXPECT_NE(text.find("PROJECTION[\"Transverse_Mercator_Complex\"]"), std::string::npos);
+    const Owned back(ox_projcs_from_string(text.c_str()));
+    EXPECT_EQ(ox_projcs_eq(pcs.get(), back.get()), 1);
 }
 
 // ---------------------------------------------------------------------------
@@ -213,43 +155,6 @@ TEST(TmComplex, RoundTripsCloseTo1e12Degrees) {
     }
     std::printf("round trips within 40 degrees, loop level %d: worst %.3g deg\n", level, worst);
     }
-}
-
-TEST(TmComplex, EveryVectorLoopLevelGivesTheSameBits) {
-    // The inline kernels give the same bits at every instruction-set level,
-    // and agree with the C library path to a few units in the last place;
-    // failures (the far points and the NaN) fail on every path.
-    const System s(6378137, 298.257223563, 15, 0.9996, 0);
-    std::vector<double> in;
-    for (double lat = -90; lat <= 90; lat += 3.7)
-        for (double dl = -179; dl <= 180; dl += 7.3) in.insert(in.end(), {15 + dl, lat});
-    in.insert(in.end(), {kNan, 10, 15 + 1e-9, 1e-9, 15 + 3000, 30});
-    std::vector<std::vector<double>> fwd, inv;
-    const std::vector<int> levels = loop_levels();
-    for (const int level : levels) {
-        const AtLevel at(level);
-        std::vector<double> f(in);
-        s.forward(f);
-        std::vector<double> i(fwd.empty() ? f : fwd.front());
-        s.inverse(i);
-        fwd.push_back(f);
-        inv.push_back(i);
-    }
-    for (size_t l = 1; l < levels.size(); ++l)
-        for (size_t k = 0; k < in.size(); ++k) {
-            EXPECT_EQ(std::isnan(fwd[l][k]), std::isnan(fwd[0][k])) << k;
-            EXPECT_EQ(std::isnan(inv[l][k]), std::isnan(inv[0][k])) << k;
-            if (!std::isnan(fwd[0][k])) {
-                EXPECT_NEAR(fwd[l][k], fwd[0][k], 2e-9 + 1e-15 * std::fabs(fwd[0][k])) << k;
-            }
-            if (!std::isnan(inv[0][k])) {
-                EXPECT_NEAR(inv[l][k], inv[0][k], 1e-13) << k;
-            }
-            if (l > 1) {
-                EXPECT_EQ(std::memcmp(&fwd[l][k], &fwd[1][k], 8), 0) << "level " << levels[l] << " " << k;
-                EXPECT_EQ(std::memcmp(&inv[l][k], &inv[1][k], 8), 0) << "level " << levels[l] << " " << k;
-            }
-        }
 }
 
 TEST(TmComplex, SymmetryAboutTheCentralMeridianAndTheEquator) {
@@ -419,32 +324,12 @@ TEST(TmComplex, SphereIsTheClosedFormula) {
 }
 
 // ---------------------------------------------------------------------------
-// Constants, bad input.
+// Bad input.
 // ---------------------------------------------------------------------------
-
-TEST(TmComplex, WithoutConstantsGivesTheSameResults) {
-    const System s(6378206.4, 294.978698213898, -110.16666666666667, 0.9999, 31);
-    std::vector<double> p{-100, 40, -150, -10, -110, 31, -112.5, 80}, q(p);
-    EXPECT_EQ(s.forward(p, true), 4);
-    EXPECT_EQ(s.forward(q, false), 4);
-    EXPECT_EQ(p, q);
-    EXPECT_EQ(s.inverse(p, true), 4);
-    EXPECT_EQ(s.inverse(q, false), 4);
-    EXPECT_EQ(p, q);
-    // a block of another layout is not used
-    const int32_t wrong_header[2] = {2, 21};
-    std::vector<double> r{-100, 40}, t{-100, 40};
-    for (double &v : r) v *= kDeg;
-    for (double &v : t) v *= kDeg;
-    const double junk[21] = {};
-    EXPECT_EQ(ox::tm_complex_forward(s.spheroid, s.parameters, 1, r.data(), wrong_header, junk), 1);
-    EXPECT_EQ(ox::tm_complex_forward(s.spheroid, s.parameters, 1, t.data(), nullptr, nullptr), 1);
-    EXPECT_EQ(r, t);
-}
 
 TEST(TmComplex, NonFiniteCoordinatesFailAlone) {
     const System s(6378137, 298.257223563, 15, 0.9996, 0);
-    const double inf = kInf, nan = kNan;
+    const double inf = kInf, nan = kNaN;
     std::vector<double> p{nan, 10, 15, inf, 16, 45, -inf, 0, 15, -nan};
     EXPECT_EQ(s.forward(p), 1);
     for (size_t i : {0u, 1u, 2u, 3u, 6u, 7u, 8u, 9u}) EXPECT_TRUE(is_failure(p[i])) << i;
@@ -495,16 +380,16 @@ TEST(TmComplex, InvalidSystemsConvertNothing) {
     };
     check_fails(nullptr, par);
     check_fails(good_sph, nullptr);
-    for (double bad_a : {0.0, -1.0, kNan, kInf}) {
+    for (double bad_a : {0.0, -1.0, kNaN, kInf}) {
         const double sph[2] = {bad_a, 0.006};
         check_fails(sph, par);
     }
-    for (double bad_e2 : {1.0, 1.5, kNan, -kInf}) {
+    for (double bad_e2 : {1.0, 1.5, kNaN, -kInf}) {
         const double sph[2] = {6378137, bad_e2};
         check_fails(sph, par);
     }
     for (int slot : {2, 5, 6})
-        for (double bad : {kNan, kInf}) {
+        for (double bad : {kNaN, kInf}) {
             double prm[16] = {};
             prm[5] = 0.9996;
             prm[slot] = bad;
@@ -537,7 +422,7 @@ TEST(TmComplex, ArbitraryBitPatternsGiveFailuresOrValidPoints) {
         return v;
     };
     const double specials[] = {0.0, -0.0, 1.0, -1.0, 1e-300, 1e300, 1.5707963267948966, 3.141592653589793,
-                               6378137.0, 1e7, kInf, -kInf, kNan};
+                               6378137.0, 1e7, kInf, -kInf, kNaN};
     auto pick = [&] { return rng() % 3 == 0 ? specials[rng() % 13] : any_double(); };
     for (int round = 0; round < 200; ++round) {
         double sph[2] = {6378137.0, 0.0066943799901413165};
@@ -696,141 +581,3 @@ TEST(TmComplex, SeriesTruncationWithin35Degrees) {
 }
 
 }  // namespace
-
-// ---------------------------------------------------------------------------
-// Through a projected coordinate system: object string, driver, units.
-// ---------------------------------------------------------------------------
-
-namespace {
-
-std::string number(double v) {
-    char buf[64];
-    std::snprintf(buf, sizeof buf, "%.17g", v);
-    return buf;
-}
-
-// A projected system on the row's spheroid and parameters; `foot` puts the
-// linear unit (and so the false origin) in US survey feet.
-ox_object *make_projcs(const Row &r, bool foot = false) {
-    const double unit = foot ? 0.3048006096012192 : 1.0;
-    const std::string text =
-        "PROJCS[\"TMC\",GEOGCS[\"GCS\",DATUM[\"D\",SPHEROID[\"S\"," + number(r.a) + "," + number(r.rf) +
-        "]],PRIMEM[\"Greenwich\",0.0],UNIT[\"Degree\",0.0174532925199433]],"
-        "PROJECTION[\"Transverse_Mercator_Complex\"],"
-        "PARAMETER[\"False_Easting\"," + number(r.fe / unit) + "],PARAMETER[\"False_Northing\"," + number(r.fn / unit) +
-        "],PARAMETER[\"Central_Meridian\"," + number(r.lon0) + "],PARAMETER[\"Scale_Factor\"," + number(r.k0) +
-        "],PARAMETER[\"Latitude_Of_Origin\"," + number(r.lat0) + "],UNIT[\"" + (foot ? "Foot_US" : "Meter") + "\"," +
-        number(unit) + "]]";
-    return ox_projcs_from_string(text.c_str());
-}
-
-}  // namespace
-
-TEST(TmComplex, ProjectedSystemsReproduceTheExactValues) {
-    const std::vector<Row> rows = load_rows();
-    std::map<std::string, std::vector<const Row *>> cases;
-    for (const Row &r : rows) cases[r.name].push_back(&r);
-    ASSERT_EQ(cases.size(), 12u);
-    for (const auto &[name, members] : cases) {
-        SCOPED_TRACE(name);
-        ox_object *pcs = make_projcs(*members[0]);
-        ASSERT_NE(pcs, nullptr);
-        EXPECT_EQ(ox_projcs_isconstloaded(pcs), 0);
-        std::vector<double> pts;
-        for (const Row *r : members) pts.insert(pts.end(), {r->lon, r->lat});
-        const int32_t count = static_cast<int32_t>(members.size());
-        ASSERT_EQ(ox_geog_to_proj(pcs, count, pts.data()), count);
-        EXPECT_EQ(ox_projcs_isconstloaded(pcs), 1);
-        for (int32_t i = 0; i < count; ++i) {
-            EXPECT_NEAR(pts[2 * i], members[i]->x, 1e-6);
-            EXPECT_NEAR(pts[2 * i + 1], members[i]->y, 1e-6);
-        }
-        ASSERT_EQ(ox_proj_to_geog(pcs, count, pts.data()), count);
-        for (int32_t i = 0; i < count; ++i) {
-            EXPECT_NEAR(lon_diff(pts[2 * i], members[i]->lon) * std::cos(members[i]->lat * kDeg), 0, 1e-9);
-            EXPECT_NEAR(pts[2 * i + 1], members[i]->lat, 1e-9);
-        }
-        // the same after the constants are dropped (computed per call)
-        ox_projcs_unload_constants(pcs);
-        std::vector<double> again{members[1]->lon, members[1]->lat};
-        ASSERT_EQ(ox_geog_to_proj(pcs, 1, again.data()), 1);
-        EXPECT_NEAR(again[0], members[1]->x, 1e-6);
-        EXPECT_NEAR(again[1], members[1]->y, 1e-6);
-        ox_projcs_del(pcs);
-    }
-}
-
-TEST(TmComplex, ProjectedSystemInFeetAndFailedPoints) {
-    const std::vector<Row> rows = load_rows();
-    const Row *row = nullptr;
-    for (const Row &r : rows)
-        if (r.name == "tmc_arizona_east_clarke1866" && std::fabs(r.lon - r.lon0) > 20) row = &r;
-    ASSERT_NE(row, nullptr);
-    ox_object *pcs = make_projcs(*row, true);
-    ASSERT_NE(pcs, nullptr);
-    const double ft = 0.3048006096012192;
-    const double nan = kNan;
-    // a good point between a NaN and a point outside the domain of the series
-    std::vector<double> p{nan, 30, row->lon, row->lat, row->lon0 + 80, 0.5};
-    EXPECT_EQ(ox_geog_to_proj(pcs, 3, p.data()), 1);
-    EXPECT_TRUE(std::isnan(p[0]) && std::isnan(p[1]) && std::isnan(p[4]) && std::isnan(p[5]));
-    EXPECT_NEAR(p[2] * ft, row->x, 1e-6);
-    EXPECT_NEAR(p[3] * ft, row->y, 1e-6);
-    std::vector<double> q{row->x / ft, row->y / ft};
-    EXPECT_EQ(ox_proj_to_geog(pcs, 1, q.data()), 1);
-    EXPECT_NEAR(q[0], row->lon, 1e-9);
-    EXPECT_NEAR(q[1], row->lat, 1e-9);
-    // the projection name and its parameters survive the object string
-    char text[OX_OBJSTRING_SIZE];
-    ox_projcs_to_string(pcs, text);
-    EXPECT_NE(std::strstr(text, "PROJECTION[\"Transverse_Mercator_Complex\"]"), nullptr);
-    ox_object *back = ox_projcs_from_string(text);
-    EXPECT_EQ(ox_projcs_eq(pcs, back), 1);
-    ox_projcs_del(back);
-    ox_projcs_del(pcs);
-}
-
-namespace {
-
-// A caller's routines that forward to the library's: the driver then makes
-// its own passes for units and false origin around them.
-int32_t forward_passthrough(const double spheroid[2], const double parameters[16], int32_t n, double *points,
-                            const int32_t *header, const double *values) {
-    return ox::tm_complex_forward(spheroid, parameters, n, points, header, values);
-}
-int32_t inverse_passthrough(const double spheroid[2], const double parameters[16], int32_t n, double *points,
-                            const int32_t *header, const double *values) {
-    return ox::tm_complex_inverse(spheroid, parameters, n, points, header, values);
-}
-
-}  // namespace
-
-TEST(TmComplex, UnitsInsideTheLoopGiveTheDriversOwnBits) {
-    const std::vector<Row> rows = load_rows();
-    const Row &row = rows[300];
-    ox_object *pcs = make_projcs(row, true);
-    ASSERT_NE(pcs, nullptr);
-    ox_object *params[16], *copies[16];
-    ox_projcs_parameters(pcs, params);
-    for (int i = 0; i < 16; ++i) copies[i] = params[i] ? ox_parameter_clone(params[i]) : nullptr;
-    ox_object *own = ox_projcs_new(
-        "TMC", ox_geogcs_clone(ox_projcs_geogcs(pcs)),
-        ox_projection_new("Transverse_Mercator_Complex", forward_passthrough, inverse_passthrough, nullptr), copies,
-        ox_unit_clone(ox_projcs_unit(pcs)));
-    ASSERT_NE(own, nullptr);
-    std::vector<double> a;
-    for (const Row &r : rows)
-        if (r.name == row.name) a.insert(a.end(), {r.lon, r.lat});
-    a.insert(a.end(), {kNan, 1.0, row.lon0 + 85, 0.0});  // two failures
-    std::vector<double> b(a);
-    const int32_t n = static_cast<int32_t>(a.size() / 2);
-    EXPECT_EQ(ox_geog_to_proj(pcs, n, a.data()), n - 2);
-    EXPECT_EQ(ox_geog_to_proj(own, n, b.data()), n - 2);
-    for (size_t i = 0; i < a.size(); ++i) EXPECT_EQ(std::memcmp(&a[i], &b[i], 8), 0) << i;
-    EXPECT_EQ(ox_proj_to_geog_center(pcs, n, a.data(), 180.0), n - 2);
-    EXPECT_EQ(ox_proj_to_geog_center(own, n, b.data(), 180.0), n - 2);
-    for (size_t i = 0; i < a.size(); ++i) EXPECT_EQ(std::memcmp(&a[i], &b[i], 8), 0) << i;
-    EXPECT_TRUE(is_failure(a[a.size() - 1]) && is_failure(a[a.size() - 4]));
-    ox_projcs_del(own);
-    ox_projcs_del(pcs);
-}
