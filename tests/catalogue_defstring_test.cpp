@@ -36,110 +36,73 @@ TEST(Defstring, NameMatchIsExactAfterALoosePrefixTest) {
     // The prefix picks the table: a projected name under the geographic
     // prefix is not found.
     EXPECT_EQ(ox_factory_defstring_to_int("OX_GCS_WGS_1984_UTM_ZONE_33N"), 0);
+    // Names absent from the prefix tables resolve through the superseded names.
+    EXPECT_EQ(ox_factory_defstring_to_int("OX_GCS_MHAST"), 4264);
+    EXPECT_EQ(ox_factory_defstring_to_int("OX_PCS_PITON_DES_NEIGES_TM_REUNION"), 3727);
 }
 
-TEST(Defstring, TellingRows) {
-    const struct {
-        const char *name;
-        int32_t code;
-    } rows[] = {
-        {"OX_GCS_WGS_1984", 4326},       {"OX_D_WGS_1984", 6326},
-        {"OX_S_WGS_1984", 7030},         {"OX_PM_GREENWICH", 8901},
-        {"OX_U_METER", 9001},            {"OX_U_FOOT_US", 9003},
-        {"OX_U_DEGREE", 9102},           {"OX_PRJ_TRANSVERSE_MERCATOR", 43006},
-        {"OX_PAR_FALSE_EASTING", 100001}, {"OX_MTH_GEOCENTRIC_TRANSLATION", 9603},
-        {"OX_GT_NAD_1927_TO_NAD_1983_NADCON", 1241}, {"OX_VCS_NAVD_1988", 5703},
-        {"OX_VERTD_NAVD_1988", 5103},    {"OX_PCS_WGS_1984_UTM_ZONE_33N", 32633},
-        {"OX_GCS_NAD_1983_CSRS", 4617},  {"OX_GCS_NAD_1983_CSRS98", 4617},
-        {"OX_D_DABOLA", 6155},           {"OX_D_DABOLA_1981", 6155},
-        {"OX_D_PITON_DES_NEIGES", 6626}, {"OX_D_REUNION", 6626},
-        {"OX_D_REUNION_1947", 6626},     {"OX_PAR_Z_COORD_OF_ROTATION_ORIGIN", 100050},
-        {"OX_HTMTH_AFFINE_PARAMETRIC", 119624}, {"OX_HTMTH_2D_PROJECTIVE_PARAMETRIC", 119625},
-    };
-    for (const auto &r : rows) {
-        EXPECT_EQ(ox_factory_defstring_to_int(r.name), r.code) << r.name;
-        EXPECT_GT(ox_factory_defstring_to_int(ox_factory_int_to_defstring(r.code)), 0) << r.code;
+// tests/data/definition_strings.csv: names to codes and back; the
+// superseded-names table row by row.
+TEST(Defstring, TellingRowsAndTheSupersededNames) {
+    int superseded = 0;
+    for (const auto &f : oxtest::read_csv("definition_strings.csv")) {
+        const int32_t code = std::stoi(f[1]);
+        EXPECT_EQ(ox_factory_defstring_to_int(f[0].c_str()), code) << f[0];
+        EXPECT_EQ(ox_factory_defstring_to_int(ox_factory_int_to_defstring(code)), code) << code;
+        if (f[2] != "superseded") continue;
+        ASSERT_LT(superseded, ox::cat::kSupersededNames.count);
+        EXPECT_EQ(ox::cat::kSupersededNames.rows[superseded].name, f[0]);
+        EXPECT_EQ(ox::cat::kSupersededNames.rows[superseded].code, code);
+        ++superseded;
     }
+    EXPECT_EQ(superseded, 17);
+    EXPECT_EQ(ox::cat::kSupersededNames.count, 17);
     EXPECT_STREQ(ox_factory_int_to_defstring(4326), "OX_GCS_WGS_1984");
     EXPECT_STREQ(ox_factory_int_to_defstring(32633), "OX_PCS_WGS_1984_UTM_ZONE_33N");
     EXPECT_STREQ(ox_factory_int_to_defstring(9102), "OX_U_DEGREE");
-}
-
-TEST(Defstring, SynonymsTurnBackIntoTheirFirstName) {
+    // Synonyms turn back into their first name.
     EXPECT_STREQ(ox_factory_int_to_defstring(6626), "OX_D_PITON_DES_NEIGES");
     EXPECT_STREQ(ox_factory_int_to_defstring(6155), "OX_D_DABOLA");
     EXPECT_STREQ(ox_factory_int_to_defstring(4617), "OX_GCS_NAD_1983_CSRS");
-}
-
-TEST(Defstring, SupersededNamesAreConsultedLast) {
-    EXPECT_EQ(ox_factory_defstring_to_int("OX_GCS_MHAST"), 4264);
+    // Superseded names are consulted last.
     EXPECT_STREQ(ox_factory_int_to_defstring(4264), "OX_GCS_MHAST");
-    EXPECT_EQ(ox_factory_defstring_to_int("OX_PCS_PITON_DES_NEIGES_TM_REUNION"), 3727);
     EXPECT_STREQ(ox_factory_int_to_defstring(3727), "OX_PCS_REUNION_1947_TM_REUNION");
     EXPECT_STREQ(ox_factory_int_to_defstring(26761), "OX_PCS_NAD_1927_HI_1");
-    const struct {
-        const char *name;
-        int32_t code;
-    } superseded[] = {
-        {"OX_D_GANDAJIKA_1970", 6233}, {"OX_D_K0_1949", 6631},  {"OX_D_MHAST", 6264},
-        {"OX_GCS_GANDAJIKA_1970", 4233}, {"OX_GCS_K0_1949", 4631}, {"OX_GCS_MHAST", 4264},
-        {"OX_GT_GANDAJIKA_1970_TO_WGS_1984_1", 1894}, {"OX_GT_K0_1949_TO_WGS_1984_1", 1915},
-        {"OX_GT_PITON_DES_NEIGES_TO_WGS_1984_1", 1911}, {"OX_PCS_K0_1949_UTM_42S", 2979},
-        {"OX_PCS_MHAST_UTM_32S", 26432}, {"OX_PCS_NAD_1927_HI_1", 26761}, {"OX_PCS_NAD_1927_HI_2", 26762},
-        {"OX_PCS_NAD_1927_HI_3", 26763}, {"OX_PCS_NAD_1927_HI_4", 26764}, {"OX_PCS_NAD_1927_HI_5", 26765},
-        {"OX_PCS_PITON_DES_NEIGES_TM_REUNION", 3727},
-    };
-    ASSERT_EQ(ox::cat::kSupersededNames.count, 17);
-    for (int i = 0; i < 17; ++i) {
-        EXPECT_STREQ(ox::cat::kSupersededNames.rows[i].name, superseded[i].name);
-        EXPECT_EQ(ox::cat::kSupersededNames.rows[i].code, superseded[i].code);
-        EXPECT_EQ(ox_factory_defstring_to_int(superseded[i].name), superseded[i].code);
-    }
 }
 
-TEST(Defstring, ZeroAndUnknownCodesHaveNoName) {
-    EXPECT_EQ(ox_factory_int_to_defstring(0), nullptr);
-    EXPECT_EQ(ox_factory_int_to_defstring(-5), nullptr);
-    EXPECT_EQ(ox_factory_int_to_defstring(1), nullptr);
-    EXPECT_EQ(ox_factory_int_to_defstring(209001), nullptr);  // no name carries a custom code
-    EXPECT_EQ(ox_factory_int_to_defstring(INT32_MAX), nullptr);
+TEST(Defstring, HostileStringsAndUnknownCodes) {
+    std::string long_name(100000, 'A');
+    EXPECT_EQ(ox_factory_defstring_to_int(long_name.c_str()), 0);
+    long_name.replace(0, 7, "OX_GCS_");
+    EXPECT_EQ(ox_factory_defstring_to_int(long_name.c_str()), 0);
+    EXPECT_EQ(ox_factory_defstring_to_int("OX_"), 0);
+    EXPECT_EQ(ox_factory_defstring_to_int("\xff\xfe\x80"), 0);
+    EXPECT_EQ(ox_factory_defstring_to_int("O X _ G C S _"), 0);
+    // no name carries a custom code
+    for (int32_t code : {INT32_MIN, -5, -1, 0, 1, 43000, 43500, 100000, 119700, 209001, INT32_MAX})
+        EXPECT_EQ(ox_factory_int_to_defstring(code), nullptr) << code;
 }
 
-// Each table: prefix, first and last rows, lowest and highest codes, sorted
-// by name in byte order, every name carries its prefix, and every row's code
-// turns back into a name of the same code.
+// Each table (tests/data/definition_tables.csv): prefix, first and last
+// rows, lowest and highest codes, sorted by name in byte order, every name
+// carries its prefix, and every row's code turns back into a name of the
+// same code.
 TEST(Defstring, TablesAreSortedAndConsistent) {
-    const struct {
-        const char *prefix, *first, *last;
-        int32_t lowest, highest;
-    } expected[ox::cat::kDefKinds] = {
-        {"OX_GCS_", "OX_GCS_ABIDJAN_1987", "OX_GCS_ZANDERIJ", 4001, 104970},
-        {"OX_PCS_", "OX_PCS_ABIDJAN_1987_TM_5_NW", "OX_PCS_ZANDERIJ_TM_54_NW", 2000, 103538},
-        {"OX_VCS_", "OX_VCS_AHD", "OX_VCS_YELLOW_SEA_1985", 5600, 115702},
-        {"OX_D_", "OX_D_ABIDJAN_1987", "OX_D_ZANDERIJ", 6001, 106970},
-        {"OX_VERTD_", "OX_VERTD_AHD", "OX_VERTD_YELLOW_SEA_1985", 5100, 105102},
-        {"OX_GT_", "OX_GT_ABIDJAN_1987_TO_WGS_1984", "OX_GT_ZANDERIJ_TO_WGS_1984", 1024, 15999},
-        {"OX_U_", "OX_U_CENTIMETER", "OX_U_YARD_US", 9001, 109031},
-        {"OX_PM_", "OX_PM_ATHENS", "OX_PM_STOCKHOLM", 8901, 108900},
-        {"OX_S_", "OX_S_AIRY_1830", "OX_S_XT_VENUS_2000", 7001, 107970},
-        {"OX_MTH_", "OX_MTH_BURSA_WOLF", "OX_MTH_POSITION_VECTOR", 9601, 109613},
-        {"OX_HTMTH_", "OX_HTMTH_2D_PROJECTIVE_PARAMETRIC", "OX_HTMTH_AFFINE_PARAMETRIC", 119624, 119625},
-        {"OX_PRJ_", "OX_PRJ_AITOFF", "OX_PRJ_WINKEL_TRIPEL", 43001, 43059},
-        {"OX_PAR_", "OX_PAR_AZIMUTH", "OX_PAR_Z_COORD_OF_ROTATION_ORIGIN", 100001, 100050},
-    };
+    const auto expected = oxtest::read_csv("definition_tables.csv");
+    ASSERT_EQ(expected.size(), static_cast<size_t>(ox::cat::kDefKinds));
     for (int k = 0; k < ox::cat::kDefKinds; ++k) {
         const ox::cat::DefTable &t = ox::cat::kDefTables[k];
         const auto &e = expected[k];
-        SCOPED_TRACE(e.prefix);
-        EXPECT_STREQ(t.prefix, e.prefix);
+        SCOPED_TRACE(e[0]);
+        EXPECT_EQ(t.prefix, e[0]);
         ASSERT_GT(t.names.count, 0);
-        EXPECT_STREQ(t.names.rows[0].name, e.first);
-        EXPECT_STREQ(t.names.rows[t.names.count - 1].name, e.last);
-        EXPECT_EQ(t.codes.rows[0].code, e.lowest);
-        EXPECT_EQ(t.codes.rows[t.codes.count - 1].code, e.highest);
+        EXPECT_EQ(t.names.rows[0].name, e[1]);
+        EXPECT_EQ(t.names.rows[t.names.count - 1].name, e[2]);
+        EXPECT_EQ(t.codes.rows[0].code, std::stoi(e[3]));
+        EXPECT_EQ(t.codes.rows[t.codes.count - 1].code, std::stoi(e[4]));
         for (int32_t i = 0; i < t.names.count; ++i) {
             const char *name = t.names.rows[i].name;
-            ASSERT_EQ(std::strncmp(name, e.prefix, std::strlen(e.prefix)), 0) << name;
+            ASSERT_EQ(std::strncmp(name, e[0].c_str(), e[0].size()), 0) << name;
             ASSERT_LT(std::strlen(name), 64u) << name;
             if (i > 0) {
                 ASSERT_LT(std::strcmp(t.names.rows[i - 1].name, name), 0) << name;
@@ -159,19 +122,14 @@ TEST(Defstring, TablesAreSortedAndConsistent) {
 
 // The registry definition strings follow the registries' own names.
 TEST(Defstring, RegistryNamesMatchTheRegistries) {
-    char name[OX_NAME_SIZE];
     for (ox::cat::DefKind k : {ox::cat::kDefProjection, ox::cat::kDefMethod, ox::cat::kDefHtmethod}) {
         const ox::cat::DefTable &t = ox::cat::kDefTables[k];
         for (int32_t i = 0; i < t.names.count; ++i) {
-            ox_object *h = ox_factory(t.names.rows[i].code);
-            ASSERT_NE(h, nullptr) << t.names.rows[i].name;
-            ox_projection_name(h, name);
-            if (!name[0]) ox_method_name(h, name);
-            if (!name[0]) ox_htmethod_name(h, name);
+            const oxtest::Owned h(ox_factory(t.names.rows[i].code));
+            ASSERT_TRUE(h) << t.names.rows[i].name;
             std::string upper = t.prefix;
-            for (const char *p = name; *p; ++p) upper += static_cast<char>(std::toupper(static_cast<unsigned char>(*p)));
+            for (char c : oxtest::name_of(h.get())) upper += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
             EXPECT_EQ(upper, t.names.rows[i].name);
-            oxtest::delete_any(h);
         }
     }
 }

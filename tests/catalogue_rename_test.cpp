@@ -2,6 +2,7 @@
 // name read from an object string becomes the name of a current definition.
 #include <gtest/gtest.h>
 
+#include <map>
 #include <set>
 #include <string>
 
@@ -54,14 +55,27 @@ TEST(RenameTables, TargetsAreCurrentCatalogueNames) {
                                  "NAD_1983_CSRS_To_WGS_1984", "ATS_1977_To_NAD_1983_CSRS_NTv2_Maritimes"});
 }
 
-TEST(RenameTables, EveryProjectedRowRenamesOnReading) {
-    for (const ox::RenameRow *r = ox::kProjcsDesc.renames; r->from != nullptr; ++r) {
-        std::string text = oxtest::kUtm33;
-        text.replace(text.find("WGS_1984_UTM_Zone_33N"), 21, r->from);
-        oxtest::Owned p(ox_projcs_from_string(text.c_str()));
-        ASSERT_TRUE(p) << r->from;
-        char name[OX_NAME_SIZE];
-        ox_projcs_name(p.get(), name);
-        EXPECT_STREQ(name, r->to);
-    }
+// An object string that names an object by an old name reads with the
+// current name: every row of each type's table, and the rows of
+// tests/data/renames.csv.
+TEST(RenameTables, OldNamesReadAsCurrentOnes) {
+    const std::string wgs84 = oxtest::kWgs84;
+    const std::map<std::string, std::string> texts = {
+        {"DATUM", "DATUM[\"@\",SPHEROID[\"s\",6378137.0,298.0]]"},
+        {"GEOGCS", "GEOGCS[\"@\",DATUM[\"D_Tahiti\",SPHEROID[\"s\",1,0]],PRIMEM[\"p\",0],UNIT[\"u\",1]]"},
+        {"PROJCS", std::string(oxtest::kUtm33).replace(8, 21, "@")},
+        {"GEOGTRAN", "GEOGTRAN[\"@\"," + wgs84 + "," + wgs84 + ",METHOD[\"NTv2\"]]"}};
+    auto read_name = [&](const std::string &keyword, const std::string &from) {
+        std::string text = texts.at(keyword);
+        text.replace(text.find('@'), 1, from);
+        const oxtest::Owned h(ox::obj_from_string(*ox::type_desc_by_keyword(keyword.c_str()), text.c_str()));
+        EXPECT_TRUE(h) << text;
+        return oxtest::name_of(h.get());
+    };
+    for (const auto &[keyword, text] : texts)
+        for (const ox::RenameRow *r = ox::type_desc_by_keyword(keyword.c_str())->renames; r->from; ++r)
+            EXPECT_EQ(read_name(keyword, r->from), r->to);
+    const auto rows = oxtest::read_csv("renames.csv");
+    ASSERT_EQ(rows.size(), 37u);
+    for (const auto &f : rows) EXPECT_EQ(read_name(f[0], f[1]), f[2]);
 }

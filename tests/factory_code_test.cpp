@@ -1,10 +1,6 @@
 // Reverse look-up (ox_factory_code) and the predefined lists.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -15,7 +11,7 @@
 
 namespace {
 
-using oxtest::Owned;
+using namespace oxtest;
 
 // A copy of a catalogue object that has never been looked up (code -1), as
 // if it had been built by hand.
@@ -26,14 +22,6 @@ ox_object *anonymous(ox_object *catalogue_object) {
     return h;
 }
 
-std::string authority_of(ox_object *h) {
-    ox_object *a = ox_coordsys_authority(h);
-    if (!a) a = ox_datum_authority(h);
-    char name[OX_NAME_SIZE] = "";
-    ox_authority_name(a, name);
-    return name;
-}
-
 class FactoryCode : public ::testing::Test {
 protected:
     void SetUp() override { ox_objedithome_setdir(nullptr); }
@@ -41,14 +29,12 @@ protected:
 };
 
 TEST_F(FactoryCode, HandBuiltSystemsFindTheirCode) {
-    Owned wgs(oxtest::make_geogcs());
+    Owned wgs(make_geogcs());
     ASSERT_TRUE(wgs);
     EXPECT_EQ(ox_factory_code(wgs.get()), 4326);
-    EXPECT_EQ(authority_of(wgs.get()), "EPSG");
-    char version[16];
-    ox_authority_version(ox_geogcs_authority(wgs.get()), version);
-    EXPECT_STREQ(version, "6.13");
-    Owned utm(ox_projcs_from_string(oxtest::kUtm33));
+    EXPECT_EQ(stamp_of(wgs.get()).authority, "EPSG");
+    EXPECT_EQ(stamp_of(wgs.get()).version, "6.13");
+    Owned utm(ox_projcs_from_string(kUtm33));
     ASSERT_TRUE(utm);
     EXPECT_EQ(ox_factory_code(utm.get()), 32633);
     // Names compare without regard to case and separators.
@@ -64,7 +50,7 @@ TEST_F(FactoryCode, HandBuiltSystemsFindTheirCode) {
     EXPECT_EQ(ox_factory_code(meter.get()), 9001);
     Owned web(ox_unit_new("Hectometer", 100.0));
     EXPECT_EQ(ox_factory_code(web.get()), 109031);
-    EXPECT_EQ(authority_of(web.get()), "");
+    EXPECT_EQ(stamp_of(web.get()).authority, "MAVO");
     Owned tm(ox_projection_new("Transverse_Mercator", nullptr, nullptr, nullptr));
     EXPECT_EQ(ox_factory_code(tm.get()), 43006);  // set from the registry when made
 }
@@ -72,12 +58,12 @@ TEST_F(FactoryCode, HandBuiltSystemsFindTheirCode) {
 TEST_F(FactoryCode, KnownCodesAndMissesAreNotSearchedAgain) {
     Owned a(ox_factory_geogcs(4269));
     EXPECT_EQ(ox_factory_code(a.get()), 4269);
-    Owned odd(oxtest::make_geogcs("GCS_Nowhere"));
+    Owned odd(make_geogcs("GCS_Nowhere"));
     EXPECT_EQ(ox_factory_code(odd.get()), 0);
     EXPECT_EQ(ox::obj_code(odd.get()), 0);  // the miss is kept
     EXPECT_EQ(ox_factory_code(odd.get()), 0);
     // A catalogue name with other values is no match.
-    Owned flattened(oxtest::make_geogcs("GCS_WGS_1984", 6378137.0, 300.0));
+    Owned flattened(make_geogcs("GCS_WGS_1984", 6378137.0, 300.0));
     EXPECT_EQ(ox_factory_code(flattened.get()), 0);
     EXPECT_EQ(ox_factory_code(nullptr), 0);
     Owned auth(ox_authority_new("EPSG", 4326, ""));
@@ -116,28 +102,19 @@ TEST_F(FactoryCode, IndexAgreesWithTheExhaustiveSearch) {
         objects.push_back(h);
         ox_object *copy = anonymous(ox::obj_clone(h, h->type));
         indexed.push_back(ox_factory_code(copy));
-        oxtest::delete_any(copy);
+        delete_any(copy);
     }
-    char pattern[] = "/tmp/ox_code_XXXXXX";
-    ASSERT_NE(mkdtemp(pattern), nullptr);
-    const std::string dir = pattern;
+    const TempDir dir;
     for (const char *file : {"unit", "spheroid", "datum", "primem", "geogcs", "projcs", "vdatum", "vertcs",
-                             "geogtran"}) {
-        FILE *f = std::fopen((dir + "/" + file).c_str(), "wb");
-        ASSERT_NE(f, nullptr);
-        std::fclose(f);
-    }
-    ox_objedithome_setdir(dir.c_str());
+                             "geogtran"})
+        dir.write(file, "");
+    ox_objedithome_setdir(dir.path.c_str());
     for (size_t i = 0; i < objects.size(); ++i) {
         ox_object *copy = anonymous(ox::obj_clone(objects[i], objects[i]->type));
         EXPECT_EQ(ox_factory_code(copy), indexed[i]) << codes[i];
-        oxtest::delete_any(copy);
-        oxtest::delete_any(objects[i]);
+        delete_any(copy);
+        delete_any(objects[i]);
     }
-    ox_objedithome_setdir(nullptr);
-    std::string command = "rm -rf ";
-    command += dir;
-    std::system(command.c_str());
 }
 
 bool listed(const ox_predefined_entry *list, int32_t count, int32_t code) {

@@ -2,44 +2,26 @@
 // catalogue, and what happens with files that are wrong in every way.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
 #include "object/ox_object.h"
-#include "object/ox_strings.h"
-#include "ox.h"
 #include "test_util.h"
 
 namespace {
 
-using oxtest::Owned;
+using namespace oxtest;
 
 class ObjectEdit : public ::testing::Test {
 protected:
-    std::string dir;
+    TempDir scratch;
+    const std::string &dir = scratch.path;
 
-    void SetUp() override {
-        char pattern[] = "/tmp/ox_objedit_XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        dir = pattern;
-    }
-    void TearDown() override {
-        ox_objedithome_setdir(nullptr);
-        std::string command = "rm -rf '";
-        command += dir;
-        command += "'";
-        std::system(command.c_str());
-    }
-    void write(const char *file, const std::string &text) {
-        FILE *f = std::fopen((dir + "/" + file).c_str(), "wb");
-        ASSERT_NE(f, nullptr);
-        std::fwrite(text.data(), 1, text.size(), f);
-        std::fclose(f);
-    }
+    void TearDown() override { ox_objedithome_setdir(nullptr); }
+    void write(const char *file, const std::string &text) { scratch.write(file, text); }
     // Writes the file and points the object-edit home at the directory (the
     // files present are recorded when the directory is set).
     void edit(const char *file, const std::string &text) {
@@ -47,12 +29,6 @@ protected:
         ox_objedithome_setdir(dir.c_str());
     }
 };
-
-std::string name_of(const ox_object *h) {
-    char name[OX_NAME_SIZE];
-    ox::copy_bounded(name, h ? h->name : "", sizeof name);
-    return name;
-}
 
 TEST_F(ObjectEdit, SpheroidSecondNumberIsFlatteningOrItsInverse) {
     edit("spheroid",

@@ -56,75 +56,26 @@ TEST(Transformation, RoundTripOrderAndDirection) {
     EXPECT_EQ(ox_geogtran_from_string(one.c_str()), nullptr);
 }
 
-TEST(Transformation, RenameTable) {
-    const char *rows[][2] = {
-        {"Tahiti_To_WGS_1984_1", "Tahiti_1952_To_WGS_1984_1"},
-        {"Tahaa_To_WGS_1984_1", "Tahaa_1954_To_WGS_1984_1"},
-        {"K0_1949_To_WGS_1984_1", "Kerguelen_Island_1949_To_WGS_1984_1"},
-        {"Piton_des_Neiges_To_WGS_1984_1", "Reunion_1947_To_WGS_1984_1"},
-        {"Piton_des_Neiges_To_RGR_1992_1", "Reunion_1947_To_RGR_1992_1"},
-        {"RGR_1992_To_Piton_des_Neiges_1", "RGR_1992_To_Reunion_1947_1"},
-        {"Amersfoort_To_WGS_1984_3X", "Amersfoort_To_WGS_1984_3"},
-        {"NAD_1983_CSRS98_To_WGS_1984", "NAD_1983_CSRS_To_WGS_1984"},
-        {"ATS_1977_To_NAD_1983_CSRS98_NTv2_New_Brunswick", "ATS_1977_To_NAD_1983_CSRS_NTv2_New_Brunswick"},
-        {"NAD_1983_CSRS98_To_WGS_1984_1", "NAD_1983_CSRS_To_WGS_1984_1"},
-        {"NAD_1983_To_NAD_1983_CSRS98_1", "NAD_1983_To_NAD_1983_CSRS_1"},
-        {"NAD_1927_To_NAD_1983_CSRS98_1", "NAD_1927_To_NAD_1983_CSRS_1"},
-        {"NAD_1927_CGQ77_To_NAD_1983_CSRS98", "NAD_1927_CGQ77_To_NAD_1983_CSRS"},
-        {"ATS_1977_To_NAD_1983_CSRS98_2_NTv2_Prince_Edward_Is", "ATS_1977_To_NAD_1983_CSRS_2_NTv2_Prince_Edward_Is"},
-        {"NAD_1927_To_NAD_1983_CSRS98_2", "NAD_1927_To_NAD_1983_CSRS_2"},
-        {"NAD_1983_To_NAD_1983_CSRS98_2", "NAD_1983_To_NAD_1983_CSRS_2"},
-        {"NAD_1983_To_NAD_1983_CSRS98_3", "NAD_1983_To_NAD_1983_CSRS_3"},
-        {"ATS_1977_To_NAD_1983_CSRS98_NTv2_Nova_Scotia", "ATS_1977_To_NAD_1983_CSRS_NTv2_Nova_Scotia"},
-        {"NAD_1983_CSRS98_To_WGS_1984_2", "NAD_1983_CSRS_To_WGS_1984_2"},
-        {"NAD_1983_To_NAD_1983_CSRS98_4", "NAD_1983_To_NAD_1983_CSRS_4"},
-        {"ATS_1977_To_NAD_1983_CSRS98_NTv2_Maritimes", "ATS_1977_To_NAD_1983_CSRS_NTv2_Maritimes"},
-    };
-    for (auto &row : rows) {
-        const std::string text =
-            std::string("GEOGTRAN[\"") + row[0] + "\"," + kGeog1 + "," + kGeog2 + ",METHOD[\"NTv2\"]]";
-        Owned t(ox_geogtran_from_string(text.c_str()));
-        ASSERT_TRUE(t);
-        char name[OX_NAME_SIZE];
-        ox_geogtran_name(t.get(), name);
-        EXPECT_STREQ(name, row[1]);
-    }
-}
-
 TEST(MethodRegistry, RowsNamesAndDefaults) {
     int count = 0;
-    const ox::MethRow *rows = ox::methlist_rows(&count);
-    ASSERT_EQ(count, 11);
-    const int codes[] = {9601, 109607, 9606, 9607, 9603, 9604, 9605, 9636, 9613, 109613, 9615};
-    for (int i = 0; i < count; ++i) {
-        EXPECT_EQ(rows[i].code, codes[i]);
-        EXPECT_STREQ(rows[i].authority_version, rows[i].code > 100000 ? "9.3.0" : "6.13");
-    }
+    ox::methlist_rows(&count);
+    EXPECT_EQ(count, 11);
     // Coordinate frame is the Bursa-Wolf computation under another name.
     EXPECT_EQ(ox::methlist_find_by_code(9607)->forward, ox::methlist_find_by_code(109607)->forward);
     EXPECT_EQ(ox::methlist_find_by_name("coordinate_frame"), nullptr);
-
-    auto defaults = [](int code) {
-        Owned m(ox_factory_method(code));
-        ox_object *params[16];
-        const int n = ox_parameter_method_defaults(m.get(), params);
-        std::string slots;
-        for (int i = 0; i < 16; ++i)
-            if (params[i]) {
-                slots += std::to_string(i) + " ";
-                EXPECT_EQ(ox_parameter_value(params[i]), 0.0);
-                ox_parameter_del(params[i]);
-            }
-        return std::to_string(n) + ": " + slots;
-    };
-    EXPECT_EQ(defaults(9603), "3: 0 1 2 ");
-    EXPECT_EQ(defaults(9605), "3: 0 1 2 ");
-    EXPECT_EQ(defaults(9607), "7: 0 1 2 3 4 5 6 ");
-    EXPECT_EQ(defaults(109607), "7: 0 1 2 3 4 5 6 ");
-    EXPECT_EQ(defaults(9636), "10: 0 1 2 3 4 5 6 7 8 9 ");
-    EXPECT_EQ(defaults(9613), "1: 15 ");
-    EXPECT_EQ(defaults(9601), "0: ");
     ox_object *params[16];
+    for (int32_t code : {9603, 9607, 9636, 9613, 9601}) {
+        Owned m(ox_factory_method(code));
+        const int n = ox_parameter_method_defaults(m.get(), params);
+        int made = 0;
+        for (ox_object *p : params) {
+            made += p != nullptr;
+            EXPECT_EQ(ox_parameter_value(p), 0.0);
+            ox_parameter_del(p);
+        }
+        EXPECT_EQ(n, made) << code;
+        EXPECT_EQ(n == 0, code == 9601) << code;  // longitude rotation: none
+    }
     EXPECT_EQ(ox_parameter_method_defaults(nullptr, params), 0);
 
     Owned custom(ox_method_new("My_Method", ox_method_forward(nullptr), ox_method_inverse(nullptr)));
