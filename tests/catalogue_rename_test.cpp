@@ -64,7 +64,8 @@ TEST(RenameTables, OldNamesReadAsCurrentOnes) {
         {"DATUM", "DATUM[\"@\",SPHEROID[\"s\",6378137.0,298.0]]"},
         {"GEOGCS", "GEOGCS[\"@\",DATUM[\"D_Tahiti\",SPHEROID[\"s\",1,0]],PRIMEM[\"p\",0],UNIT[\"u\",1]]"},
         {"PROJCS", std::string(oxtest::kUtm33).replace(8, 21, "@")},
-        {"GEOGTRAN", "GEOGTRAN[\"@\"," + wgs84 + "," + wgs84 + ",METHOD[\"NTv2\"]]"}};
+        {"GEOGTRAN", "GEOGTRAN[\"@\"," + wgs84 + "," + wgs84 + ",METHOD[\"NTv2\"]]"},
+        {"PROJECTION", "PROJECTION[\"@\"]"}};
     auto read_name = [&](const std::string &keyword, const std::string &from) {
         std::string text = texts.at(keyword);
         text.replace(text.find('@'), 1, from);
@@ -73,9 +74,9 @@ TEST(RenameTables, OldNamesReadAsCurrentOnes) {
         return oxtest::name_of(h.get());
     };
     for (const auto &[keyword, text] : texts)
-        for (const ox::RenameRow *r = ox::type_desc_by_keyword(keyword.c_str())->renames; r->from; ++r)
+        for (const ox::RenameRow *r = ox::type_desc_by_keyword(keyword.c_str())->renames; r && r->from; ++r)
             EXPECT_EQ(read_name(keyword, r->from), r->to);
     const auto rows = oxtest::read_csv("renames.csv");
-    ASSERT_EQ(rows.size(), 37u);
+    ASSERT_EQ(rows.size(), 45u);
     for (const auto &f : rows) EXPECT_EQ(read_name(f[0], f[1]), f[2]);
 }

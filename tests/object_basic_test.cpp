@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <fstream>
 #include <string>
 
 #include "object/ox_object.h"
@@ -83,65 +84,60 @@ TEST(Equality, SpheroidsThroughTheQuarterMeridian) {
     EXPECT_EQ(ox_spheroid_eq(a.get(), d.get()), 0);
 }
 
-TEST(ObjectStrings, LeafTypesRoundTrip) {
-    const char *units[] = {"UNIT[\"Degree\",0.0174532925199433]", "UNIT[\"Foot_US\",0.3048006096012192]",
-                           "UNIT[\"Meter\",1.0]"};
-    for (const char *s : units) {
-        Owned u(ox_unit_from_string(s));
-        ASSERT_TRUE(u) << s;
-        EXPECT_EQ(text_of(ox_unit_to_string, u.get()), s);
-        EXPECT_EQ(ox_unit_status(u.get()), OX_STATUS_STRING);
+// tests/data/object_strings.txt: texts that read and write back unchanged,
+// texts that do not read, and texts that read as equal objects.
+TEST(ObjectStrings, ReadWriteAndRefuse) {
+    std::ifstream in(OX_TEST_DATA_DIR "/object_strings.txt");
+    auto read = [](const std::string &text) {
+        const ox::TypeDesc *d = ox::type_desc_by_keyword(text.substr(0, text.find_first_of("[(")).c_str());
+        EXPECT_NE(d, nullptr) << text;
+        return Owned(d ? ox::obj_from_string(*d, text.c_str()) : nullptr);
+    };
+    std::string line, section;
+    int rows = 0;
+    while (std::getline(in, line)) {
+        if (line.empty() || line[0] == '#') continue;
+        if (line[0] == '[') {
+            section = line;
+            continue;
+        }
+        ++rows;
+        const size_t bar = line.find(" | ");
+        const Owned a = read(line.substr(0, bar));
+        if (section == "[unreadable]") {
+            EXPECT_FALSE(a) << line;
+            continue;
+        }
+        ASSERT_TRUE(a) << line;
+        if (section == "[round trip]") {
+            EXPECT_EQ(oxtest::text_of(a.get()), line);
+            EXPECT_EQ(oxtest::status_of(a.get()), OX_STATUS_STRING);
+            continue;
+        }
+        const Owned b = read(line.substr(bar + 3));
+        ASSERT_TRUE(b) << line;
+        EXPECT_EQ(ox::obj_eq(a.get(), b.get(), a.get()->type), 1) << line;
+        if (section == "[rewritten]") {
+            EXPECT_EQ(oxtest::text_of(b.get()), line.substr(0, bar));
+        }
     }
-    Owned ferro(ox_primem_from_string("PRIMEM[\"Ferro\",-17.66666666666667]"));
-    ASSERT_TRUE(ferro);
-    EXPECT_EQ(text_of(ox_primem_to_string, ferro.get()), "PRIMEM[\"Ferro\",-17.66666666666667]");
-    EXPECT_EQ(ox_primem_from_string("PRIMEM[\"x\",180.0000001]"), nullptr);
-
-    Owned sphere(ox_spheroid_from_string("SPHEROID[\"Sphere\",6371000.0,0.0]"));
-    ASSERT_TRUE(sphere);
-    EXPECT_EQ(ox_spheroid_flattening(sphere.get()), 0.0);
-    EXPECT_EQ(text_of(ox_spheroid_to_string, sphere.get()), "SPHEROID[\"Sphere\",6371000.0,0.0]");
-    Owned clarke(ox_spheroid_from_string("SPHEROID[\"Clarke_1866\",6378206.4,294.9786982]"));
-    ASSERT_TRUE(clarke);
-    EXPECT_EQ(text_of(ox_spheroid_to_string, clarke.get()), "SPHEROID[\"Clarke_1866\",6378206.4,294.9786982]");
-    EXPECT_EQ(ox_spheroid_from_string("SPHEROID[\"s\",6378137.0,-298.0]"), nullptr);
-    EXPECT_EQ(ox_unit_from_string("UNIT[\"Degree\",0]"), nullptr);
-    EXPECT_EQ(ox_unit_from_string("UNIT[\"Degree\",abc]"), nullptr);  // reads as 0.0, refused
-    EXPECT_EQ(ox_unit_from_string("UNIT[\"Degree\",nan]"), nullptr);
-    EXPECT_EQ(ox_unit_from_string("UNIT[\"Degree\",1e999]"), nullptr);
-    EXPECT_EQ(ox_unit_from_string("UNIT[\"Degree\"]"), nullptr);
-    EXPECT_EQ(ox_unit_from_string("UNIT[\"Degree\",X[1]]"), nullptr);  // a sub-object where a value belongs
-    EXPECT_EQ(ox_unit_from_string("UNIT[Q[1],1]"), nullptr);           // nor in place of the name
+    EXPECT_EQ(rows, 43);
 }
 
-TEST(ObjectStrings, GeographicSystemRoundTripAndFreeOrder) {
+TEST(ObjectStrings, GeographicSystemFromPartsAndFreeOrder) {
     Owned g(ox_geogcs_from_string(oxtest::kWgs84));
-    ASSERT_TRUE(g);
-    EXPECT_EQ(text_of(ox_geogcs_to_string, g.get()), oxtest::kWgs84);
     Owned built(oxtest::make_geogcs());
     EXPECT_EQ(ox_geogcs_eq(g.get(), built.get()), 1);
-
+    // the reader keeps the authority it meets among unknown objects
     Owned shuffled(ox_geogcs_from_string(
         "geogcs ( \"GCS_WGS_1984\" , UNIT(\"Degree\",0.0174532925199433), PRIMEM[\"Greenwich\",0],"
         "AUTHORITY[\"EPSG\",4326], FOO[1,BAR[2]], DATUM[\"D_WGS_1984\",SPHEROID[\"WGS_1984\",6378137,"
         "298.257223563]], UNIT[\"Other\",1])"));
-    ASSERT_TRUE(shuffled);
-    EXPECT_EQ(ox_geogcs_eq(g.get(), shuffled.get()), 1);
-    EXPECT_EQ(text_of(ox_geogcs_to_string, shuffled.get()), oxtest::kWgs84);
-    ASSERT_NE(ox_geogcs_authority(shuffled.get()), nullptr);
     EXPECT_EQ(ox_authority_authcode(ox_geogcs_authority(shuffled.get())), 4326);
-
-    EXPECT_EQ(ox_geogcs_from_string("GEOGCS[\"g\",DATUM[\"d\",SPHEROID[\"s\",1,0]],UNIT[\"u\",1]]"), nullptr);
-    EXPECT_EQ(ox_geogcs_from_string("GEOGCS[\"g\",DATUM[\"d\"],PRIMEM[\"p\",0],UNIT[\"u\",1]]"), nullptr);
-    EXPECT_EQ(ox_geogcs_from_string("GEOGCS[\"g\",DATUM[\"d\",SPHEROID[\"s\",1,0]],PRIMEM[\"p\",0],UNIT[\"u\",1],"
-                                    "AUTHORITY[\"EPSG\",0]]"),
-              nullptr);
-    EXPECT_EQ(ox_geogcs_from_string("GEOGCS[\"g\",DATUM[\"d\",SPHEROID[\"s\",1,0]],PRIMEM[\"p\",0],UNIT[\"u\",1],"
-                                    "AUTHORITY[\"EPSG\",abc]]"),
-              nullptr);
+    Owned sphere(ox_spheroid_from_string("SPHEROID[\"Sphere\",6371000.0,0.0]"));
+    EXPECT_EQ(ox_spheroid_flattening(sphere.get()), 0.0);
 }
 
-// The rename tables themselves: RenameTables.OldNamesReadAsCurrentOnes.
 TEST(ObjectStrings, ReadTimeRenames) {
     Owned g(ox_geogcs_from_string(
         "GEOGCS[\"GCS_Tahiti\",DATUM[\"D_Tahiti\",SPHEROID[\"s\",1,0]],PRIMEM[\"p\",0],UNIT[\"u\",1]]"));
@@ -204,11 +200,9 @@ TEST(Authority, WriterOptionsPlaceTheClause) {
 }
 
 TEST(Authority, ObjectAndReaderForms) {
-    Owned a(ox_authority_from_string("AUTHORITY[\"EPSG\",4326]"));
     Owned b(ox_authority_from_string("AUTHORITY[\"epsg\",4326,\"8.2\"]"));
     Owned c(ox_authority_from_string("AUTHORITY[\"EPSG\",\"rev2\",4326]"));
-    ASSERT_TRUE(a && b && c);
-    EXPECT_EQ(ox_authority_eq(a.get(), b.get()), 1);
+    ASSERT_TRUE(b && c);
     char version[16];
     ox_authority_version(c.get(), version);
     EXPECT_STREQ(version, "rev2");
@@ -216,9 +210,6 @@ TEST(Authority, ObjectAndReaderForms) {
     EXPECT_STREQ(version, "8.2");
     EXPECT_EQ(ox_authority_authcode(c.get()), 4326);
     EXPECT_EQ(ox_authority_status(c.get()), OX_STATUS_STRING);
-    EXPECT_EQ(ox_authority_from_string("AUTHORITY[\"EPSG\",0]"), nullptr);
-    EXPECT_EQ(ox_authority_from_string("AUTHORITY[\"EPSG\"]"), nullptr);
-    EXPECT_EQ(ox_authority_from_string("AUTHORITY[\"EPSG\",X[1]]"), nullptr);
 
     Owned made(ox_authority_new("MAVO", 102100, "a version longer than fifteen"));
     ox_authority_version(made.get(), version);

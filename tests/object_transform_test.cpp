@@ -23,37 +23,20 @@ const std::string kTransformation = "GEOGTRAN[\"ED_1950_To_WGS_1984_1\"," + kGeo
                                     "PARAMETER[\"Y_Axis_Translation\",-98.0],PARAMETER[\"Z_Axis_Translation\",-121.0]]";
 }  // namespace
 
-TEST(Transformation, RoundTripOrderAndDirection) {
+// Reading and writing: tests/data/object_strings.txt.
+TEST(Transformation, PartsAndDirection) {
     Owned t(ox_geogtran_from_string(kTransformation.c_str()));
     ASSERT_TRUE(t);
-    EXPECT_EQ(text_of(ox_geogtran_to_string, t.get()), kTransformation);
-    char name[OX_NAME_SIZE];
-    ox_geogcs_name(ox_geogtran_geogcs1(t.get()), name);
-    EXPECT_STREQ(name, "GCS_European_1950");
-    ox_method_name(ox_geogtran_method(t.get()), name);
-    EXPECT_STREQ(name, "Geocentric_Translation");
+    EXPECT_EQ(oxtest::name_of(ox_geogtran_geogcs1(t.get())), "GCS_European_1950");
+    EXPECT_EQ(oxtest::name_of(ox_geogtran_method(t.get())), "Geocentric_Translation");
     EXPECT_EQ(ox::obj_code(ox_geogtran_method(t.get())), 9603);
-
-    // Parameters before the method, and the two systems swapped.
-    const std::string reordered = "GEOGTRAN[\"ED_1950_To_WGS_1984_1\",PARAMETER[\"Z_Axis_Translation\",-121.0]," +
-                                  kGeog1 + ",PARAMETER[\"X_Axis_Translation\",-87.0]," + kGeog2 +
-                                  ",PARAMETER[\"Y_Axis_Translation\",-98.0],METHOD[\"Geocentric_Translation\"]]";
-    Owned r(ox_geogtran_from_string(reordered.c_str()));
-    ASSERT_TRUE(r);
-    EXPECT_EQ(ox_geogtran_eq(t.get(), r.get()), 1);
+    // the two systems swapped: the other direction, not equal
     const std::string swapped = "GEOGTRAN[\"ED_1950_To_WGS_1984_1\"," + kGeog2 + "," + kGeog1 +
                                 ",METHOD[\"Geocentric_Translation\"],PARAMETER[\"X_Axis_Translation\",-87.0],"
                                 "PARAMETER[\"Y_Axis_Translation\",-98.0],PARAMETER[\"Z_Axis_Translation\",-121.0]]";
     Owned s(ox_geogtran_from_string(swapped.c_str()));
     ASSERT_TRUE(s);
     EXPECT_EQ(ox_geogtran_eq(t.get(), s.get()), 0);
-    // A third GEOGCS is skipped; a method of another case is unknown.
-    const std::string three = "GEOGTRAN[\"x\"," + kGeog1 + "," + kGeog2 + "," + kGeog2 + ",METHOD[\"NTv2\"]]";
-    EXPECT_TRUE(Owned(ox_geogtran_from_string(three.c_str())));
-    const std::string lower = "GEOGTRAN[\"x\"," + kGeog1 + "," + kGeog2 + ",METHOD[\"coordinate_frame\"]]";
-    EXPECT_EQ(ox_geogtran_from_string(lower.c_str()), nullptr);
-    const std::string one = "GEOGTRAN[\"x\"," + kGeog1 + ",METHOD[\"NTv2\"]]";
-    EXPECT_EQ(ox_geogtran_from_string(one.c_str()), nullptr);
 }
 
 TEST(MethodRegistry, RowsNamesAndDefaults) {
@@ -118,7 +101,6 @@ TEST(Vertical, DatumsSystemsAndUnits) {
         "PARAMETER[\"Direction\",1.0],UNIT[\"Meter\",1.0]]";
     Owned v(ox_vertcs_from_string(vertical));
     ASSERT_TRUE(v);
-    EXPECT_EQ(text_of(ox_vertcs_to_string, v.get()), vertical);
     EXPECT_EQ(ox_vdatum_p(ox_vertcs_hvdatum(v.get())), 1);
     Owned foot(ox_unit_new("Foot", 0.3048));
     Owned feet(ox_vertcs_clone_alterunits(v.get(), foot.get()));
@@ -137,7 +119,6 @@ TEST(Vertical, DatumsSystemsAndUnits) {
     ASSERT_TRUE(on_datum);
     EXPECT_EQ(ox_datum_p(ox_vertcs_hvdatum(on_datum.get())), 1);
     EXPECT_EQ(ox_hvdatum_eq(ox_vertcs_hvdatum(on_datum.get()), vd.get()), 0);
-    EXPECT_EQ(ox_vertcs_from_string("VERTCS[\"x\",PARAMETER[\"Vertical_Shift\",0.0],UNIT[\"Meter\",1.0]]"), nullptr);
 
     Owned hv_v(ox_hvdatum_from_string("VERTCS[\"x\",VDATUM[\"vd\"],UNIT[\"m\",1]]"));
     EXPECT_EQ(ox_vdatum_p(hv_v.get()), 1);
@@ -172,11 +153,8 @@ TEST(Pairs, HorizontalAndVerticalWithAndWithoutWrapper) {
     EXPECT_EQ(ox_hvcoordsys_from_string("PROJCS[\"broken\"],VERTCS[\"v\",VDATUM[\"vd\"],UNIT[\"m\",1]]"), nullptr);
 }
 
-TEST(Geocentric, RoundTrip) {
-    const std::string text = "GEOXYZCS[\"WGS_1984_Geocentric\"," + kGeog2 + ",UNIT[\"Meter\",1.0]]";
-    Owned g(ox_geoxyzcs_from_string(text.c_str()));
-    ASSERT_TRUE(g);
-    EXPECT_EQ(text_of(ox_geoxyzcs_to_string, g.get()), text);
+TEST(Geocentric, Parts) {
+    Owned g(ox_geoxyzcs_from_string(("GEOXYZCS[\"WGS_1984_Geocentric\"," + kGeog2 + ",UNIT[\"Meter\",1.0]]").c_str()));
     EXPECT_EQ(ox_unit_factor(ox_geoxyzcs_unit(g.get())), 1.0);
     EXPECT_EQ(ox_geogcs_p(ox_geoxyzcs_geogcs(g.get())), 1);
 }
@@ -244,7 +222,6 @@ TEST(HorizontalMethods, ObjectsArraysAndAdjustedSystems) {
     Owned empty1(ox_array_new("e", 0, nullptr)), empty2(ox_array_new("e", 0, nullptr));
     EXPECT_EQ(ox_array_eq(empty1.get(), empty2.get()), 1);
     EXPECT_EQ(ox_array_new("e", -1, nullptr), nullptr);
-    EXPECT_EQ(ox_array_from_string("ARRAY[\"x\",3,1,2]"), nullptr);  // fewer values than the count
 
     // An adjusted projected system: scale 2 and shift, then to feet.
     const double coefficients[6] = {2.0, 0.0, 100.0, 0.0, 2.0, -50.0};

@@ -79,6 +79,12 @@ double lon_diff(double a, double b) {
     return d;
 }
 
+std::string text_of(ox_object *h, int option) {
+    char buffer[OX_OBJSTRING_SIZE];
+    ox::obj_to_string(h, h ? h->type : 0, option, buffer);
+    return buffer;
+}
+
 std::string name_of(const ox_object *h) { return h ? h->name : ""; }
 
 int32_t status_of(const ox_object *h) { return ox::obj_status(h, h ? h->type : 0); }

@@ -41,6 +41,9 @@ std::string text_of(F writer, ox_object *h, int option) {
     return buffer;
 }
 
+// The object string of an object of any type.
+std::string text_of(ox_object *h, int option = 0);
+
 // Deletes any object when it goes out of scope.
 struct Owned {
     ox_object *h;
