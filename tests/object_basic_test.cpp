@@ -9,8 +9,7 @@
 #include "object/ox_object.h"
 #include "test_util.h"
 
-using oxtest::Owned;
-using oxtest::text_of;
+using namespace oxtest;
 
 TEST(Objects, ConstructorsRefuseBadValues) {
     EXPECT_EQ(ox_unit_new(nullptr, 1.0), nullptr);
@@ -31,6 +30,7 @@ TEST(Objects, ConstructorsRefuseBadValues) {
     EXPECT_EQ(ox_unit_factor(unit.get()), 1.0);
 }
 
+// (The uniform operations with wrong handles: Robustness.*.)
 TEST(Objects, NeutralValuesForWrongHandles) {
     Owned unit(ox_unit_new("Meter", 1.0));
     EXPECT_EQ(ox_unit_factor(nullptr), 1.0);
@@ -38,25 +38,11 @@ TEST(Objects, NeutralValuesForWrongHandles) {
     EXPECT_EQ(ox_spheroid_axis(unit.get()), 1.0);
     EXPECT_EQ(ox_spheroid_flattening(unit.get()), 0.0);
     EXPECT_EQ(ox_datum_spheroid(unit.get()), nullptr);
-    EXPECT_EQ(ox_geogcs_datum(unit.get()), nullptr);
-    char name[OX_NAME_SIZE] = "junk";
-    ox_geogcs_name(unit.get(), name);
-    EXPECT_STREQ(name, "");
-    ox_unit_name(unit.get(), name);
-    EXPECT_STREQ(name, "Meter");
-    EXPECT_EQ(ox_geogcs_status(unit.get()), 0);
     EXPECT_EQ(ox_unit_status(unit.get()), OX_STATUS_NEW);
-    EXPECT_EQ(ox_unit_p(unit.get()), 1);
-    EXPECT_EQ(ox_geogcs_p(unit.get()), 0);
-    EXPECT_EQ(ox_unit_p(nullptr), 0);
 }
 
 TEST(Objects, NamesAreCutToSixtyThreeCharacters) {
-    const std::string long_name(70, 'n');
-    Owned u(ox_unit_new(long_name.c_str(), 1.0));
-    char name[OX_NAME_SIZE];
-    ox_unit_name(u.get(), name);
-    EXPECT_EQ(std::string(name), std::string(63, 'n'));
+    EXPECT_EQ(name_of(Owned(ox_unit_new(std::string(70, 'n').c_str(), 1.0)).get()), std::string(63, 'n'));
 }
 
 TEST(Equality, ToleranceBoundaryAndNames) {
@@ -110,23 +96,23 @@ TEST(ObjectStrings, ReadWriteAndRefuse) {
         }
         ASSERT_TRUE(a) << line;
         if (section == "[round trip]") {
-            EXPECT_EQ(oxtest::text_of(a.get()), line);
-            EXPECT_EQ(oxtest::status_of(a.get()), OX_STATUS_STRING);
+            EXPECT_EQ(text_of(a.get()), line);
+            EXPECT_EQ(status_of(a.get()), OX_STATUS_STRING);
             continue;
         }
         const Owned b = read(line.substr(bar + 3));
         ASSERT_TRUE(b) << line;
         EXPECT_EQ(ox::obj_eq(a.get(), b.get(), a.get()->type), 1) << line;
         if (section == "[rewritten]") {
-            EXPECT_EQ(oxtest::text_of(b.get()), line.substr(0, bar));
+            EXPECT_EQ(text_of(b.get()), line.substr(0, bar));
         }
     }
     EXPECT_EQ(rows, 43);
 }
 
 TEST(ObjectStrings, GeographicSystemFromPartsAndFreeOrder) {
-    Owned g(ox_geogcs_from_string(oxtest::kWgs84));
-    Owned built(oxtest::make_geogcs());
+    Owned g(ox_geogcs_from_string(kWgs84));
+    Owned built(make_geogcs());
     EXPECT_EQ(ox_geogcs_eq(g.get(), built.get()), 1);
     // the reader keeps the authority it meets among unknown objects
     Owned shuffled(ox_geogcs_from_string(
@@ -142,11 +128,11 @@ TEST(ObjectStrings, ReadTimeRenames) {
     Owned g(ox_geogcs_from_string(
         "GEOGCS[\"GCS_Tahiti\",DATUM[\"D_Tahiti\",SPHEROID[\"s\",1,0]],PRIMEM[\"p\",0],UNIT[\"u\",1]]"));
     ASSERT_TRUE(g);
-    EXPECT_EQ(oxtest::name_of(g.get()), "GCS_Tahiti_1952");
-    EXPECT_EQ(oxtest::name_of(ox_geogcs_datum(g.get())), "D_Tahiti_1952");
+    EXPECT_EQ(name_of(g.get()), "GCS_Tahiti_1952");
+    EXPECT_EQ(name_of(ox_geogcs_datum(g.get())), "D_Tahiti_1952");
     // Types without a rename table keep what they read.
     Owned u(ox_unit_from_string("UNIT[\"D_Tahiti\",1]"));
-    EXPECT_EQ(oxtest::name_of(u.get()), "D_Tahiti");
+    EXPECT_EQ(name_of(u.get()), "D_Tahiti");
 }
 
 TEST(ObjectStrings, HongKongCorrection) {
@@ -154,10 +140,7 @@ TEST(ObjectStrings, HongKongCorrection) {
         const std::string text = std::string("GEOGCS[\"GCS_Hong_Kong_1963\",DATUM[\"") + datum +
                                  "\",SPHEROID[\"International_1924\",6378388.0,297.0]],PRIMEM[\"Greenwich\",0.0]," +
                                  unit + "]";
-        Owned g(ox_geogcs_from_string(text.c_str()));
-        char name[OX_NAME_SIZE];
-        ox_geogcs_name(g.get(), name);
-        return std::string(name);
+        return name_of(Owned(ox_geogcs_from_string(text.c_str())).get());
     };
     EXPECT_EQ(read("D_Hong_Kong_1963_67", "UNIT[\"Degree\",0.0174532925199433]"), "GCS_Hong_Kong_1963_67");
     EXPECT_EQ(read("D_Hong_Kong_1963_67", "UNIT[\"Grad\",0.01570796326794897]"), "GCS_Hong_Kong_1963");
@@ -167,10 +150,7 @@ TEST(ObjectStrings, HongKongCorrection) {
         "PROJCS[\"p\",GEOGCS[\"GCS_Hong_Kong_1963\",DATUM[\"D_Hong_Kong_1963_67\",SPHEROID[\"s\",6378388.0,297.0]],"
         "PRIMEM[\"Greenwich\",0.0],UNIT[\"Degree\",0.0174532925199433]],PROJECTION[\"Plate_Carree\"],UNIT[\"m\",1]]";
     Owned p(ox_projcs_from_string(projected.c_str()));
-    ASSERT_TRUE(p);
-    char name[OX_NAME_SIZE];
-    ox_geogcs_name(ox_projcs_geogcs(p.get()), name);
-    EXPECT_STREQ(name, "GCS_Hong_Kong_1963");
+    EXPECT_EQ(name_of(ox_projcs_geogcs(p.get())), "GCS_Hong_Kong_1963");
 }
 
 // A catalogue system: option 1 writes the authority only after the
@@ -178,7 +158,7 @@ TEST(ObjectStrings, HongKongCorrection) {
 TEST(Authority, WriterOptionsPlaceTheClause) {
     Owned g(ox_factory_geogcs(4326));
     const std::string plain = text_of(ox_geogcs_to_string_ext, g.get(), 0);
-    EXPECT_EQ(plain, oxtest::kWgs84);
+    EXPECT_EQ(plain, kWgs84);
     EXPECT_EQ(text_of(ox_geogcs_to_string_ext, g.get(), 1),
               plain.substr(0, plain.size() - 1) + ",AUTHORITY[\"EPSG\",4326]]");
     EXPECT_EQ(text_of(ox_geogcs_to_string_ext, g.get(), 2),
@@ -187,10 +167,7 @@ TEST(Authority, WriterOptionsPlaceTheClause) {
               "UNIT[\"Degree\",0.0174532925199433,AUTHORITY[\"EPSG\",9102]],AUTHORITY[\"EPSG\",4326]]");
     EXPECT_EQ(text_of(ox_geogcs_to_string_ext, g.get(), 7), plain);  // any other option: none
     // The lazily built authority carries the version; the clause never does.
-    ox_object *a = ox_geogcs_authority(g.get());
-    char version[16];
-    ox_authority_version(a, version);
-    EXPECT_STREQ(version, "6.13");
+    EXPECT_EQ(stamp_of(g.get()).version, "6.13");
 
     // Option 2 read back keeps every authority.
     Owned back(ox_geogcs_from_string(text_of(ox_geogcs_to_string_ext, g.get(), 2).c_str()));
@@ -231,21 +208,18 @@ TEST(Authority, ObjectAndReaderForms) {
     EXPECT_EQ(ox_unit_authority(u.get()), nullptr);
 }
 
+// (Wrong handles: Robustness.CoordsysAndAuthorityDispatchers.)
 TEST(Coordsys, DispatchOverGeographicAndProjected) {
-    Owned g(ox_coordsys_from_string(oxtest::kWgs84));
-    Owned p(ox_coordsys_from_string(oxtest::kUtm33));
-    ASSERT_TRUE(g && p);
+    Owned g(ox_coordsys_from_string(kWgs84));
+    Owned p(ox_coordsys_from_string(kUtm33));
     EXPECT_EQ(ox_geogcs_p(g.get()), 1);
     EXPECT_EQ(ox_projcs_p(p.get()), 1);
-    EXPECT_EQ(ox_coordsys_p(g.get()), 1);
-    EXPECT_EQ(ox_coordsys_p(p.get()), 1);
     EXPECT_EQ(ox_coordsys_eq(g.get(), p.get()), 0);
     Owned gc(ox_coordsys_clone(g.get())), pc(ox_coordsys_clone(p.get()));
     EXPECT_EQ(ox_coordsys_eq(g.get(), gc.get()), 1);
     EXPECT_EQ(ox_coordsys_eq(p.get(), pc.get()), 1);
     EXPECT_EQ(ox_coordsys_status(g.get()), 0);  // deliberately always 0
     EXPECT_EQ(ox_geogcs_status(g.get()), OX_STATUS_STRING);
-    EXPECT_EQ(text_of(ox_coordsys_to_string, p.get()), oxtest::kUtm33);
     char name[OX_NAME_SIZE];
     ox_coordsys_name(p.get(), name);
     EXPECT_STREQ(name, "WGS_1984_UTM_Zone_33N");
@@ -253,13 +227,10 @@ TEST(Coordsys, DispatchOverGeographicAndProjected) {
     EXPECT_EQ(ox_coordsys_from_string("GEOGCS[\"my PROJCS\",DATUM[\"d\",SPHEROID[\"s\",1,0]],PRIMEM[\"p\",0],"
                                       "UNIT[\"u\",1]]"),
               nullptr);
-    Owned u(ox_unit_new("Meter", 1.0));
-    EXPECT_EQ(ox_coordsys_p(u.get()), 0);
-    EXPECT_EQ(ox_coordsys_clone(u.get()), nullptr);
 }
 
 TEST(Clone, IsDeepAndKeepsProvenance) {
-    Owned g(ox_geogcs_from_string(oxtest::kWgs84));
+    Owned g(ox_geogcs_from_string(kWgs84));
     ox::obj_set_code(g.get(), 4326, "EPSG", "6.13");
     ox_geogcs_authority(g.get());
     Owned c(ox_geogcs_clone(g.get()));
@@ -270,5 +241,5 @@ TEST(Clone, IsDeepAndKeepsProvenance) {
     EXPECT_EQ(ox::obj_code(c.get()), 4326);
     EXPECT_EQ(ox_authority_authcode(ox_geogcs_authority(c.get())), 4326);
     ox_geogcs_del(g.release());
-    EXPECT_EQ(text_of(ox_geogcs_to_string, c.get()), oxtest::kWgs84);  // the clone outlives its source
+    EXPECT_EQ(text_of(ox_geogcs_to_string, c.get()), kWgs84);  // the clone outlives its source
 }

@@ -143,7 +143,7 @@ TEST(Pairs, HorizontalAndVerticalWithAndWithoutWrapper) {
     EXPECT_EQ(text_of(ox_hvcoordsys_to_string, only_vertical.get()), vertical);
     EXPECT_EQ(ox_hvcoordsys_eq(a.get(), only_vertical.get()), 0);
     EXPECT_EQ(ox_hvcoordsys_new(nullptr, nullptr), nullptr);
-    char name[OX_NAME_SIZE];
+    char name[OX_NAME_SIZE] = "junk";
     ox_hvcoordsys_name(a.get(), name);
     EXPECT_STREQ(name, "");
     Owned geographic(ox_hvcoordsys_from_string(oxtest::kWgs84));
