@@ -178,7 +178,8 @@ TEST(Family, LongitudeBeyondTheAntimeridianWraps) {
 
 // NaN and infinite coordinates never crash or hang a routine; these
 // routines count every point, and the finite neighbours convert normally.
-TEST(Family, NonFiniteCoordinatesAreHarmless) {
+// Latitudes beyond the poles are taken as the poles.
+TEST(Family, NonFiniteCoordinatesAreHarmlessAndLatitudesAreClamped) {
     const std::vector<double> bad = {kNaN, 10.0, 10.0,  kNaN,   kInf,   10.0, 10.0, kInf,
                                      -kInf, -kInf, 1e308, -1e308, 5e-324, -0.0, 16.0, 44.0};
     const int32_t n = static_cast<int32_t>(bad.size() / 2);
@@ -191,6 +192,10 @@ TEST(Family, NonFiniteCoordinatesAreHarmless) {
         EXPECT_EQ(f[2 * n - 1], good[1]) << name;
         EXPECT_EQ(inverse(pcs.get(), g), n) << name;
         EXPECT_EQ(inverse(pcs.get(), h, 180.0), n) << name;
+        std::vector<double> beyond = {20.0, 95.0, 20.0, -1000.0}, poles = {20.0, 90.0, 20.0, -90.0};
+        EXPECT_EQ(forward(pcs.get(), beyond), 2) << name;
+        EXPECT_EQ(forward(pcs.get(), poles), 2) << name;
+        EXPECT_EQ(beyond, poles) << name;
     }
 }
 

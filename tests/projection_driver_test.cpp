@@ -40,20 +40,6 @@ TEST(Driver, NullArrayOrNoPointsConvertNothing) {
     EXPECT_EQ(pt[1], 45.0);
 }
 
-TEST(Driver, LatitudesBeyondThePolesAreClamped) {
-    const std::pair<const char *, Params> systems[] = {{"Plate_Carree", cyl_params()},
-                                                       {"Transverse_Mercator", tm_params()},
-                                                       {"Mercator", cyl_params()},
-                                                       {"Cylindrical_Equal_Area", cyl_params(0, 30)}};
-    for (const auto &[name, params] : systems) {
-        const Owned pcs = make_projcs(name, params);
-        std::vector<double> a = {20.0, 95.0, 20.0, -1000.0}, b = {20.0, 90.0, 20.0, -90.0};
-        EXPECT_EQ(forward(pcs.get(), a), 2) << name;
-        EXPECT_EQ(forward(pcs.get(), b), 2) << name;
-        EXPECT_EQ(a, b) << name;
-    }
-}
-
 TEST(Driver, FeetSystemAppliesFalseEastingInMetres) {
     // 500000 US survey feet of false easting
     const Owned ft = make_projcs("Transverse_Mercator", tm_params(), kA, kRf, kFoot);
