@@ -98,10 +98,13 @@ typedef int32_t (*ox_projection_routine)(const double spheroid[2], const double 
                                          const double *constants_values);
 
 /**
- * Horizon routine: writes at most `max_vertices` (longitude, latitude) pairs
- * in radians of the closed boundary of the region that the projection can
- * represent, and returns the number of vertices of the full boundary (a null
- * `vertices` only asks for that number).
+ * Horizon routine: writes at most `max_vertices` vertices of the closed
+ * boundary of the region that the projection represents and returns the
+ * number of vertices of the whole boundary (a null `vertices` only asks for
+ * that number).  A geographic horizon writes (longitude, latitude) pairs in
+ * radians; a projected horizon writes the same boundary as (x, y) pairs in
+ * metres about the natural origin.  `spheroid` and `parameters` are as for
+ * the point routines.
  */
 typedef int32_t (*ox_horizon_routine)(const double spheroid[2], const double parameters[16],
                                       int32_t max_vertices, double *vertices);

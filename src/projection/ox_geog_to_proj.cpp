@@ -9,22 +9,15 @@
 
 extern "C" OX_API int32_t ox_geog_to_proj(ox_object *projcs, int32_t n, double *coords) {
     if (coords == nullptr || n < 1) return 0;
-    ox::ProjSetup s;
-    ox::projcs_setup(projcs, &s);
+    const ox::DriverCall call(projcs, 0.0);
+    const ox::ProjSetup &s = call.setup;
+    const ox::PointUnits &units = call.units;
+    const int32_t *header = call.header;
+    const double *values = call.values;
     const ox_projection_routine forward = ox_projection_forward(ox_projcs_projection(projcs));
-    const ox::PcsConstants *c = ox::projcs_constants_in_use(projcs, s);
-    const int32_t *header = c ? c->header : nullptr;
-    const double *values = c ? c->values : nullptr;
 
     // Radians in (latitudes beyond the poles clamped to them); metres about
     // the false origin out, in the linear unit.
-    ox::PointUnits units{};
-    units.angular = s.angular_factor;
-    units.linear = s.linear_factor;
-    units.false_easting = s.parameters[0];
-    units.false_northing = s.parameters[1];
-    units.shift = !(units.linear == 1.0 && units.false_easting == 0.0 && units.false_northing == 0.0);
-
     // The library's own routines take the units into their point loop.
     if (const ox::UnitsRoutine routine = ox::units_routine_of(forward))
         return routine(s.spheroid, s.parameters, n, coords, header, values, &units);

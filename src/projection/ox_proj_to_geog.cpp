@@ -12,23 +12,15 @@ extern "C" {
 
 OX_API int32_t ox_proj_to_geog_center(ox_object *projcs, int32_t n, double *coords, double center) {
     if (coords == nullptr || n < 1) return 0;
-    ox::ProjSetup s;
-    ox::projcs_setup(projcs, &s);
+    const ox::DriverCall call(projcs, center);
+    const ox::ProjSetup &s = call.setup;
+    const ox::PointUnits &units = call.units;
+    const int32_t *header = call.header;
+    const double *values = call.values;
     const ox_projection_routine inverse = ox_projection_inverse(ox_projcs_projection(projcs));
-    const ox::PcsConstants *c = ox::projcs_constants_in_use(projcs, s);
-    const int32_t *header = c ? c->header : nullptr;
-    const double *values = c ? c->values : nullptr;
 
     // Metres about the natural origin in; the angular unit out, longitudes
     // about the centre unless it is zero (2^-48 or less in radians).
-    ox::PointUnits units{};
-    units.angular = s.angular_factor;
-    units.linear = s.linear_factor;
-    units.false_easting = s.parameters[0];
-    units.false_northing = s.parameters[1];
-    units.center = center * s.angular_factor;
-    units.centred = !(std::fabs(units.center) <= ox::kZero);
-
     // The library's own routines take the units into their point loop.
     if (const ox::UnitsRoutine routine = ox::units_routine_of(inverse))
         return routine(s.spheroid, s.parameters, n, coords, header, values, &units);

@@ -36,8 +36,26 @@ OX_PROJECTION_ROUTINE(proj_identity);
 // every point receives the failure value and the count is 0.
 OX_PROJECTION_ROUTINE(proj_unavailable);
 
-// The world horizon: the whole globe about the central meridian (slot 2).
+// Geographic horizons about the central meridian (slot 2): the whole globe;
+// Mercator's square map; the bands where the two transverse Mercator
+// projections hold their accuracy.
 OX_HORIZON_ROUTINE(horizon_world);
+OX_HORIZON_ROUTINE(horizon_mercator);
+OX_HORIZON_ROUTINE(horizon_transverse_mercator);
+OX_HORIZON_ROUTINE(horizon_transverse_mercator_complex);
+
+// The projected horizon of a projection: its geographic horizon taken
+// through its forward routine (metres about the natural origin, points the
+// projection cannot convert as the failure value).  The routine computes its
+// constants for the call.
+template <ox_horizon_routine Geographic, ox_projection_routine Forward>
+int32_t horizon_projected(const double spheroid[2], const double parameters[16], int32_t max_vertices,
+                          double *vertices) {
+    const int32_t total = Geographic(spheroid, parameters, max_vertices, vertices);
+    if (vertices != nullptr && max_vertices > 0 && spheroid != nullptr && parameters != nullptr)
+        Forward(spheroid, parameters, total < max_vertices ? total : max_vertices, vertices, nullptr, nullptr);
+    return total;
+}
 
 // Transverse Mercator / Gauss-Kruger (ox_gauss_kruger.cpp) and the
 // cylindrical projections, one source each: plain routines for the

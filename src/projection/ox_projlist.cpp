@@ -18,8 +18,11 @@ constexpr const char *kMavoVersion = "9.3.0";
 #define OX_ROW(code, name, fwd, inv, hz, hzpcs, hzgr, hzpr, consts) \
     {code, kMavo, kMavoVersion, name, fwd, inv, hz, hzpcs, hzgr, hzpr, consts}
 // A row with the world horizon only.
-#define OX_WORLD_ROW(code, name, fwd, inv, consts) \
-    OX_ROW(code, name, fwd, inv, horizon_world, nullptr, nullptr, nullptr, consts)
+// A row with a geographic horizon and that horizon projected by the row's
+// own forward routine.
+#define OX_HORIZON_ROW(code, name, fwd, inv, hz, consts) \
+    OX_ROW(code, name, fwd, inv, hz, (horizon_projected<hz, fwd>), nullptr, nullptr, consts)
+#define OX_WORLD_ROW(code, name, fwd, inv, consts) OX_HORIZON_ROW(code, name, fwd, inv, horizon_world, consts)
 // A row whose projection family has no routines yet: it converts nothing.
 #define OX_PENDING(code, name) \
     OX_ROW(code, name, proj_unavailable, proj_unavailable, horizon_world, nullptr, nullptr, nullptr, nullptr)
@@ -29,10 +32,13 @@ constexpr ProjRow kRows[] = {
     OX_WORLD_ROW(43002, "Equidistant_Cylindrical",
                  equidistant_cylindrical_forward, equidistant_cylindrical_inverse, nullptr),
     OX_WORLD_ROW(43003, "Miller_Cylindrical", miller_cylindrical_forward, miller_cylindrical_inverse, nullptr),
-    OX_WORLD_ROW(43004, "Mercator", mercator_forward, mercator_inverse, mercator_constants),
-    OX_WORLD_ROW(43005, "Gauss_Kruger", gauss_kruger_forward, gauss_kruger_inverse, gauss_kruger_constants),
-    OX_WORLD_ROW(43006, "Transverse_Mercator", gauss_kruger_forward, gauss_kruger_inverse, gauss_kruger_constants),
-    OX_WORLD_ROW(43056, "Transverse_Mercator_Complex", tm_complex_forward, tm_complex_inverse, tm_complex_constants),
+    OX_HORIZON_ROW(43004, "Mercator", mercator_forward, mercator_inverse, horizon_mercator, mercator_constants),
+    OX_HORIZON_ROW(43005, "Gauss_Kruger", gauss_kruger_forward, gauss_kruger_inverse, horizon_transverse_mercator,
+                   gauss_kruger_constants),
+    OX_HORIZON_ROW(43006, "Transverse_Mercator", gauss_kruger_forward, gauss_kruger_inverse,
+                   horizon_transverse_mercator, gauss_kruger_constants),
+    OX_HORIZON_ROW(43056, "Transverse_Mercator_Complex", tm_complex_forward, tm_complex_inverse,
+                   horizon_transverse_mercator_complex, tm_complex_constants),
     OX_PENDING(43007, "Albers"),
     OX_PENDING(43008, "Sinusoidal"),
     OX_PENDING(43009, "Mollweide"),

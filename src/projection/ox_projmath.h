@@ -338,6 +338,33 @@ struct PointUnits {
 // (The two flags choose the kernel before the loop; a select on a flag
 // inside it would keep the compiler from vectorising the loop.)
 
+// What one call of the driver needs, prepared once for the whole array: the
+// spheroid and parameter values of the system, its constants (loaded on
+// first use when the projection has a constants routine) and the unit
+// conversions of the points.  `center` is the inverse's centre longitude in
+// the angular unit (0 for the forward).
+struct DriverCall {
+    ProjSetup setup;
+    const int32_t *header = nullptr;
+    const double *values = nullptr;
+    PointUnits units{};
+
+    DriverCall(ox_object *projcs, double center) {
+        projcs_setup(projcs, &setup);
+        if (const PcsConstants *c = projcs_constants_in_use(projcs, setup)) {
+            header = c->header;
+            values = c->values;
+        }
+        units.angular = setup.angular_factor;
+        units.linear = setup.linear_factor;
+        units.false_easting = setup.parameters[0];
+        units.false_northing = setup.parameters[1];
+        units.shift = !(units.linear == 1.0 && units.false_easting == 0.0 && units.false_northing == 0.0);
+        units.center = center * setup.angular_factor;
+        units.centred = !(std::fabs(units.center) <= kZero);
+    }
+};
+
 // Forward conversion of units before the formula.
 OX_ALWAYS_INLINE void units_to_radians(const PointUnits &u, double lon_in, double lat_in, double &lon, double &lat) {
     lon = lon_in * u.angular;
