@@ -1,6 +1,7 @@
 // Reverse look-up (ox_factory_code) and the predefined lists.
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -117,61 +118,49 @@ TEST_F(FactoryCode, IndexAgreesWithTheExhaustiveSearch) {
     }
 }
 
-bool listed(const ox_predefined_entry *list, int32_t count, int32_t code) {
-    for (int32_t i = 0; i < count; ++i)
-        if (list[i].code == code) return true;
-    return false;
-}
-
+// Every kind has a list of its current definitions, sorted by name: no
+// replaced (status 16) or superseded (status 32) code.
 TEST_F(FactoryCode, PredefinedListsHoldCurrentDefinitionsSortedByName) {
-    int32_t count = -1;
-    ox_predefined_entry *spheroids = ox_predefined_spheroid(&count);
-    ASSERT_NE(spheroids, nullptr);
-    EXPECT_TRUE(listed(spheroids, count, 7030));
-    EXPECT_FALSE(listed(spheroids, count, 107005));  // replaced code
-    for (int32_t i = 1; i < count; ++i) EXPECT_LE(ox::name_compare(spheroids[i - 1].name, spheroids[i].name), 0);
-    ox_table_del(spheroids);
-    ox_predefined_entry *geogcs = ox_predefined_geogcs(&count);
-    ASSERT_NE(geogcs, nullptr);
-    EXPECT_TRUE(listed(geogcs, count, 4326));
-    EXPECT_FALSE(listed(geogcs, count, 4264));  // superseded
-    EXPECT_FALSE(listed(geogcs, count, 4635));
-    EXPECT_FALSE(listed(geogcs, count, 37001));
-    for (int32_t i = 0; i < count; ++i) {
-        if (geogcs[i].code == 4326) {
-            EXPECT_STREQ(geogcs[i].name, "GCS_WGS_1984");
+    const struct {
+        ox_predefined_entry *(*list)(int32_t *);
+        std::vector<int32_t> in, out;
+        int32_t at_least;
+    } kinds[] = {
+        {ox_predefined_spheroid, {7030}, {107005}, 1},
+        {ox_predefined_geogcs, {4326}, {4264, 4635, 37001}, 1},
+        {ox_predefined_projcs, {32633, 102100}, {26761, 2155, 2990}, 3000},
+        {ox_predefined_projection, {43001, 43059}, {}, 59},
+        {ox_predefined_vertcs, {}, {}, 1},      {ox_predefined_geogtran, {}, {}, 1},
+        {ox_predefined_vdatum, {}, {}, 1},      {ox_predefined_primem, {}, {}, 1},
+        {ox_predefined_parameter, {}, {}, 1},   {ox_predefined_method, {}, {}, 1},
+        {ox_predefined_htmethod, {}, {}, 1},    {ox_predefined_angular_unit, {}, {}, 1},
+        {ox_predefined_linear_unit, {}, {}, 1}, {ox_predefined_datum, {6326}, {106043}, 1},
+    };
+    for (const auto &k : kinds) {
+        int32_t count = -1;
+        ox_predefined_entry *list = k.list(&count);
+        ASSERT_NE(list, nullptr);
+        EXPECT_GE(count, k.at_least);
+        std::map<int32_t, std::string> names;
+        for (int32_t i = 0; i < count; ++i) {
+            names[list[i].code] = list[i].name;
+            if (i > 0) {
+                EXPECT_LE(ox::name_compare(list[i - 1].name, list[i].name), 0) << list[i].name;
+            }
         }
+        for (int32_t code : k.in) EXPECT_EQ(names.count(code), 1u) << code;
+        for (int32_t code : k.out) EXPECT_EQ(names.count(code), 0u) << code;
+        if (k.list == ox_predefined_geogcs) {
+            EXPECT_EQ(names[4326], "GCS_WGS_1984");
+        }
+        if (k.list == ox_predefined_projection) {
+            EXPECT_EQ(count, 59);
+            EXPECT_STREQ(list[0].name, "Aitoff");
+        }
+        ox_table_del(list);
     }
-    ox_table_del(geogcs);
-    ox_predefined_entry *projections = ox_predefined_projection(&count);
-    ASSERT_NE(projections, nullptr);
-    EXPECT_EQ(count, 59);
-    EXPECT_STREQ(projections[0].name, "Aitoff");
-    ox_table_del(projections);
     EXPECT_EQ(ox_predefined_datum(nullptr), nullptr);
     ox_table_del(nullptr);
-}
-
-TEST_F(FactoryCode, PredefinedProjectedList) {
-    int32_t count = 0;
-    ox_predefined_entry *list = ox_predefined_projcs(&count);
-    ASSERT_NE(list, nullptr);
-    EXPECT_GT(count, 3000);
-    EXPECT_TRUE(listed(list, count, 32633));
-    EXPECT_TRUE(listed(list, count, 102100));
-    EXPECT_FALSE(listed(list, count, 26761));  // superseded
-    EXPECT_FALSE(listed(list, count, 2155));   // replaced
-    EXPECT_FALSE(listed(list, count, 2990));   // special superseded
-    ox_table_del(list);
-    // Every kind has a list.
-    for (auto fn : {ox_predefined_vertcs, ox_predefined_geogtran, ox_predefined_vdatum, ox_predefined_primem,
-                    ox_predefined_parameter, ox_predefined_method, ox_predefined_htmethod,
-                    ox_predefined_angular_unit, ox_predefined_linear_unit}) {
-        ox_predefined_entry *l = fn(&count);
-        EXPECT_NE(l, nullptr);
-        EXPECT_GT(count, 0);
-        ox_table_del(l);
-    }
 }
 
 }  // namespace
