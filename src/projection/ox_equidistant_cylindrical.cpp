@@ -43,23 +43,6 @@ struct Inverse {
 
 }  // namespace
 
-OX_UNITS_ROUTINE(equidistant_cylindrical_forward_units) {
-    (void)constants_header;
-    (void)constants_values;
-    if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
-    run_forward<Forward>(constants_of(spheroid, parameters), n, points, units);
-    return n;
-}
-
-OX_UNITS_ROUTINE(equidistant_cylindrical_inverse_units) {
-    (void)constants_header;
-    (void)constants_values;
-    if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
-    run_inverse<Inverse>(constants_of(spheroid, parameters), n, points, units);
-    return n;
-}
-
-OX_PLAIN_ROUTINE(equidistant_cylindrical_forward)
-OX_PLAIN_ROUTINE(equidistant_cylindrical_inverse)
+OX_DIRECT_PROJECTION_ROUTINES(equidistant_cylindrical, constants_of)
 
 }  // namespace ox

@@ -16,6 +16,10 @@ struct Constants {
     double a, lon0;
 };
 
+Constants constants_of(const double spheroid[2], const double parameters[16]) {
+    return {spheroid[0], parameters[kSlotLon0]};
+}
+
 // x = a L, y = a ln tan(pi/4 + 0.4 phi) / 0.8.
 struct Forward {
     template <class M>
@@ -44,23 +48,6 @@ struct Inverse {
 
 }  // namespace
 
-OX_UNITS_ROUTINE(miller_cylindrical_forward_units) {
-    (void)constants_header;
-    (void)constants_values;
-    if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
-    run_forward<Forward>(Constants{spheroid[0], parameters[kSlotLon0]}, n, points, units);
-    return n;
-}
-
-OX_UNITS_ROUTINE(miller_cylindrical_inverse_units) {
-    (void)constants_header;
-    (void)constants_values;
-    if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
-    run_inverse<Inverse>(Constants{spheroid[0], parameters[kSlotLon0]}, n, points, units);
-    return n;
-}
-
-OX_PLAIN_ROUTINE(miller_cylindrical_forward)
-OX_PLAIN_ROUTINE(miller_cylindrical_inverse)
+OX_DIRECT_PROJECTION_ROUTINES(miller_cylindrical, constants_of)
 
 }  // namespace ox

@@ -14,6 +14,10 @@ struct Constants {
     double a, lon0;
 };
 
+Constants constants_of(const double spheroid[2], const double parameters[16]) {
+    return {spheroid[0], parameters[kSlotLon0]};
+}
+
 struct Forward {
     template <class M>
     static OX_ALWAYS_INLINE bool apply(const Constants &k, double lon, double lat, double &x, double &y) {
@@ -36,23 +40,6 @@ struct Inverse {
 
 }  // namespace
 
-OX_UNITS_ROUTINE(plate_carree_forward_units) {
-    (void)constants_header;
-    (void)constants_values;
-    if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
-    run_forward<Forward>(Constants{spheroid[0], parameters[kSlotLon0]}, n, points, units);
-    return n;
-}
-
-OX_UNITS_ROUTINE(plate_carree_inverse_units) {
-    (void)constants_header;
-    (void)constants_values;
-    if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
-    run_inverse<Inverse>(Constants{spheroid[0], parameters[kSlotLon0]}, n, points, units);
-    return n;
-}
-
-OX_PLAIN_ROUTINE(plate_carree_forward)
-OX_PLAIN_ROUTINE(plate_carree_inverse)
+OX_DIRECT_PROJECTION_ROUTINES(plate_carree, constants_of)
 
 }  // namespace ox

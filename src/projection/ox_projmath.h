@@ -483,6 +483,26 @@ void run_inverse(const C &k, int32_t n, double *points, const PointUnits *units)
         run_points(InverseUnitsKernel<F, C, false>{k, *units}, n, points);
 }
 
+// Defines the units and plain routines NAME_forward(_units) and
+// NAME_inverse(_units) of a projection that keeps no constants block: the
+// point constants come from MAKE(spheroid, parameters), the formulas from the
+// file's Forward and Inverse.
+#define OX_DIRECT_PROJECTION_ROUTINES(NAME, MAKE)                                          \
+    OX_UNITS_ROUTINE(NAME##_forward_units) {                                                \
+        (void)constants_header, (void)constants_values;                                     \
+        if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;               \
+        run_forward<Forward>(MAKE(spheroid, parameters), n, points, units);                 \
+        return n;                                                                           \
+    }                                                                                       \
+    OX_UNITS_ROUTINE(NAME##_inverse_units) {                                                \
+        (void)constants_header, (void)constants_values;                                     \
+        if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;               \
+        run_inverse<Inverse>(MAKE(spheroid, parameters), n, points, units);                 \
+        return n;                                                                           \
+    }                                                                                       \
+    OX_PLAIN_ROUTINE(NAME##_forward)                                                        \
+    OX_PLAIN_ROUTINE(NAME##_inverse)
+
 // Writes the failure value into every point (a routine that can convert
 // none); the driver's units leave it as it is.
 inline void fail_points(int32_t n, double *points) {
