@@ -132,18 +132,25 @@ extern const DefTable kDefTables[kDefKinds];
 extern const Table<DefRow> kSupersededNames;  // sorted by name
 extern const Table<DefCode> kSupersededCodes;  // sorted by code
 
-// The row of `code` in a table sorted by code, or null (binary search).
+// The row whose `key` member equals `code` in a table sorted by that member,
+// or null (binary search).
 template <class Row>
-const Row *find(const Table<Row> &t, int32_t code) {
+const Row *find_by(const Table<Row> &t, int32_t code, int32_t Row::*key) {
     int32_t lo = 0, hi = t.count;
     while (lo < hi) {
         const int32_t mid = lo + (hi - lo) / 2;
-        if (t.rows[mid].code < code)
+        if (t.rows[mid].*key < code)
             lo = mid + 1;
         else
             hi = mid;
     }
-    return lo < t.count && t.rows[lo].code == code ? &t.rows[lo] : nullptr;
+    return lo < t.count && t.rows[lo].*key == code ? &t.rows[lo] : nullptr;
+}
+
+// The row of `code` in a table sorted by code, or null.
+template <class Row>
+const Row *find(const Table<Row> &t, int32_t code) {
+    return find_by(t, code, &Row::code);
 }
 
 inline bool contains(const Table<int32_t> &t, int32_t code) {
@@ -154,15 +161,8 @@ inline bool contains(const Table<int32_t> &t, int32_t code) {
 
 // The replacement of a replaced code, or 0.
 inline int32_t replacement(const Table<Replaced> &t, int32_t code) {
-    int32_t lo = 0, hi = t.count;
-    while (lo < hi) {
-        const int32_t mid = lo + (hi - lo) / 2;
-        if (t.rows[mid].old_code < code)
-            lo = mid + 1;
-        else
-            hi = mid;
-    }
-    return lo < t.count && t.rows[lo].old_code == code ? t.rows[lo].new_code : 0;
+    const Replaced *r = find_by(t, code, &Replaced::old_code);
+    return r ? r->new_code : 0;
 }
 
 }  // namespace ox::cat

@@ -4,21 +4,6 @@
 #include "factory/ox_factory.h"
 
 namespace ox {
-namespace {
-
-const cat::DefCode *find_code(const cat::Table<cat::DefCode> &t, int32_t code) {
-    int32_t lo = 0, hi = t.count;
-    while (lo < hi) {
-        const int32_t mid = lo + (hi - lo) / 2;
-        if (t.rows[mid].code < code)
-            lo = mid + 1;
-        else
-            hi = mid;
-    }
-    return lo < t.count && t.rows[lo].code == code ? &t.rows[lo] : nullptr;
-}
-
-}  // namespace
 
 // The definition-string table of the kind whose code range holds `code`,
 // tested in the fixed order of the kinds; null when no range holds it.
@@ -45,8 +30,8 @@ const cat::DefTable *defstring_table(int32_t code) {
 extern "C" OX_API const char *ox_factory_int_to_defstring(int32_t code) {
     if (code == 0) return nullptr;
     if (const ox::cat::DefTable *t = ox::defstring_table(code))
-        if (const ox::cat::DefCode *c = ox::find_code(t->codes, code)) return t->names.rows[c->row].name;
-    if (const ox::cat::DefCode *c = ox::find_code(ox::cat::kSupersededCodes, code))
+        if (const ox::cat::DefCode *c = ox::cat::find(t->codes, code)) return t->names.rows[c->row].name;
+    if (const ox::cat::DefCode *c = ox::cat::find(ox::cat::kSupersededCodes, code))
         return ox::cat::kSupersededNames.rows[c->row].name;
     return nullptr;
 }
