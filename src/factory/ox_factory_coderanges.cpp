@@ -7,13 +7,6 @@
 namespace ox {
 namespace {
 
-constexpr const char *kEpsg = "EPSG";
-constexpr const char *kEpsgVersion = "6.13";
-constexpr const char *kMavo = "MAVO";
-constexpr const char *kMavoVersion = "9.3.0";
-constexpr const char *kCustom = "CUSTOM";
-constexpr const char *kCustomVersion = "";
-
 #define OX_EPSG(lo, hi) {lo, hi, kEpsg, kEpsgVersion}
 #define OX_MAVO(lo, hi) {lo, hi, kMavo, kMavoVersion}
 #define OX_CUSTOM(lo, hi) {lo, hi, kCustom, kCustomVersion}

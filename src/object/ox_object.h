@@ -26,6 +26,14 @@ namespace ox {
 // 2^-48: the library-wide zero and the tolerance of the equality rule.
 inline constexpr double kZero = 3.552713678800501e-15;
 
+// The authorities that issue codes, with the versions of their registries.
+inline constexpr const char *kEpsg = "EPSG";
+inline constexpr const char *kEpsgVersion = "6.13";
+inline constexpr const char *kMavo = "MAVO";
+inline constexpr const char *kMavoVersion = "9.3.0";
+inline constexpr const char *kCustom = "CUSTOM";
+inline constexpr const char *kCustomVersion = "";
+
 using Fn = void (*)(void);  // storage type of routine slots; cast back before calling
 
 struct PcsConstants;  // projection constants of a projected system (projection/ox_pcsconstants.h)

@@ -11,8 +11,6 @@ namespace ox {
 
 namespace {
 
-constexpr const char *kMavo = "MAVO";
-constexpr const char *kMavoVersion = "9.3.0";
 
 // Stored order matters: a name look-up takes the first match.
 constexpr ParmRow kRows[] = {

@@ -12,8 +12,6 @@ namespace ox {
 
 namespace {
 
-constexpr const char *kMavo = "MAVO";
-constexpr const char *kMavoVersion = "9.3.0";
 
 #define OX_ROW(code, name, fwd, inv, hz, hzpcs, hzgr, hzpr, consts) \
     {code, kMavo, kMavoVersion, name, fwd, inv, hz, hzpcs, hzgr, hzpr, consts}

@@ -8,8 +8,8 @@ namespace ox {
 
 namespace {
 constexpr HtRow kRows[] = {
-    {kHtAffineParametric, "MAVO", "9.3.0", "Affine_Parametric", affine_forward, affine_inverse},
-    {kHtProjectiveParametric, "MAVO", "9.3.0", "2D_Projective_Parametric", projective_forward, projective_inverse},
+    {kHtAffineParametric, kMavo, kMavoVersion, "Affine_Parametric", affine_forward, affine_inverse},
+    {kHtProjectiveParametric, kMavo, kMavoVersion, "2D_Projective_Parametric", projective_forward, projective_inverse},
 };
 constexpr int kRowCount = sizeof kRows / sizeof kRows[0];
 }  // namespace

@@ -13,10 +13,6 @@ namespace ox {
 
 namespace {
 
-constexpr const char *kEpsg = "EPSG";
-constexpr const char *kEpsgVersion = "6.13";
-constexpr const char *kMavo = "MAVO";
-constexpr const char *kMavoVersion = "9.3.0";
 
 constexpr MethRow kRows[] = {
     {kMethLongitudeRotation, kEpsg, kEpsgVersion, "Longitude_Rotation", method_unavailable, method_unavailable, nullptr},
