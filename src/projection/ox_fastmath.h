@@ -7,21 +7,21 @@
 // NAME_ok that says whether an argument is within it; a formula returns the
 // conjunction of its predicates, and the point loop (ox_projmath.h) gives
 // the points outside to the ExactMath formula.  The predicates of ExactMath
-// are always true.  Within their ranges the kernels are within an ulp or two
-// of the C library (tests/projection_kernels_test.cpp states each maximum):
+// are always true.  Within their ranges the kernels agree with the C library
+// to the number of ulps given last (tests/projection_kernels_test.cpp):
 //
 //   sincos    fdlibm's __kernel_sin/__kernel_cos after a three-part Cody and
-//             Waite reduction by pi/2                      |x| <= 1024
-//   log       fdlibm's e_log                               normal positive x
-//   exp       fdlibm's e_exp                               -708 <= x <= 709
-//   atan      fdlibm's s_atan (four reduction points)      every x
-//   atan2     atan(y / x) moved by pi for x < 0            x != 0, y / x finite
+//             Waite reduction by pi/2                      |x| <= 1024          1
+//   log       fdlibm's e_log                               normal positive x    1
+//   exp       fdlibm's e_exp                               -708 <= x <= 709     1
+//   atan      fdlibm's s_atan (four reduction points)      every x              1
+//   atan2     atan(y / x) moved by pi for x < 0            x != 0, y / x finite 1
 //                                                          and not subnormal
-//   asin      atan(x / sqrt((1 - x)(1 + x)))               |x| <= 1
+//   asin      atan(x / sqrt((1 - x)(1 + x)))               |x| <= 1             2
 //   sinh_cosh Taylor series below 1/2, (e - 1/e) / 2 above;
-//             cosh = sqrt(1 + sinh^2)                       |x| <= 350
-//   log1p     Goldberg's log(u) t / (u - 1), u = 1 + t      1 + t normal positive
-//   sqrt      the hardware square root (correctly rounded) every x
+//             cosh = sqrt(1 + sinh^2)                       |x| <= 350           2
+//   log1p     Goldberg's log(u) t / (u - 1), u = 1 + t      1 + t normal pos.    2
+//   sqrt      the hardware square root (correctly rounded) every x              0
 //
 // The sources that use them are compiled without floating-point contraction
 // and with -fno-math-errno and -fno-trapping-math (CMakeLists.txt): no option
