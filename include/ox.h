@@ -90,7 +90,10 @@ typedef struct ox_object ox_object;
  * or northing).  `spheroid` is {a, e2}; `parameters` the 16 slot values in
  * radians and metres; `constants_header`/`constants_values` the system's
  * precomputed constants or null.  Returns the number of points converted;
- * failed points receive the failure NaN.
+ * failed points receive the failure NaN.  The library's own routines, called
+ * through these pointers, compute the constants they need for the call (the
+ * driver hands them the constants a system keeps); each refuses parameters
+ * that describe no map (every point fails, count 0).
  */
 typedef int32_t (*ox_projection_routine)(const double spheroid[2], const double parameters[16],
                                          int32_t n, double *points,
@@ -725,7 +728,11 @@ OX_API void ox_projcs_unload_constants(ox_object *projcs);
 OX_API int32_t ox_geog_to_proj(ox_object *projcs, int32_t n, double *coords);
 /** Unprojects `n` (x, y) pairs in place; returns the count converted. */
 OX_API int32_t ox_proj_to_geog(ox_object *projcs, int32_t n, double *coords);
-/** Unprojects with longitudes returned within 180 degrees of `center`. */
+/**
+ * Unprojects with longitudes returned within half a turn of `center` (in the
+ * angular unit; ox_delta_center), the centre reduced exactly once per call
+ * whatever its size; a centre that is not finite fails every point (count 0).
+ */
 OX_API int32_t ox_proj_to_geog_center(ox_object *projcs, int32_t n, double *coords, double center);
 
 /* ------------------------------------------------------------------------ */

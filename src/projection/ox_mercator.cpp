@@ -41,12 +41,12 @@ bool parameters_ok(const Frame &f) {
 struct Sphere {
     struct Constants {
         double cos_phi1;
-        double k;  // a cos phi1
+        double metres_per_radian;  // K = a cos phi1
     };
     static bool setup(const Frame &f, Constants &c) {
         if (!parameters_ok(f)) return false;
         c.cos_phi1 = std::cos(f.p.standard_parallel_1);
-        c.k = f.a * std::cos(f.p.standard_parallel_1);
+        c.metres_per_radian = f.a * std::cos(f.p.standard_parallel_1);
         return true;
     }
     template <class M>
@@ -56,16 +56,16 @@ struct Sphere {
         const double phi = off_pole(lat);
         double s, co, arg;
         M::sincos(phi, s, co);
-        x = c.k * M::reduce(d);
-        y = c.k * isometric<M>(s, co, arg);
+        x = c.metres_per_radian * M::reduce(d);
+        y = c.metres_per_radian * isometric<M>(s, co, arg);
         return M::reduce_ok(d) & M::sincos_ok(phi) & M::log_ok(arg);
     }
     template <class M>
     static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
                                          double &lat) {
-        const double l = f.p.central_meridian + x / c.k;
+        const double l = f.p.central_meridian + x / c.metres_per_radian;
         bool ok;
-        lat = conformal_of_isometric<M>(y / c.k, ok);
+        lat = conformal_of_isometric<M>(y / c.metres_per_radian, ok);
         lon = M::reduce(l);
         return M::reduce_ok(l) & ok;
     }
@@ -74,14 +74,14 @@ struct Sphere {
 struct Ellipsoid {
     struct Constants {
         double m1;  // cos phi1 / w(phi1)
-        double k;   // a m1
+        double metres_per_radian;  // K = a m1
         double chi_forward[kAuxTerms], chi_inverse[kAuxTerms];
     };
     static bool setup(const Frame &f, Constants &c) {
         if (!parameters_ok(f)) return false;
         const double phi1 = f.p.standard_parallel_1;
         c.m1 = std::cos(phi1) / ox_w(f.e2, phi1);
-        c.k = f.a * c.m1;
+        c.metres_per_radian = f.a * c.m1;
         conformal_coefficients(f.e2, c.chi_forward, c.chi_inverse);
         return true;
     }
@@ -94,16 +94,16 @@ struct Ellipsoid {
         M::sincos(phi, s, co);
         const double chi = aux_series(c.chi_forward, phi, s, co);
         M::sincos(chi, sc, cc);
-        x = c.k * M::reduce(d);
-        y = c.k * isometric<M>(sc, cc, arg);
+        x = c.metres_per_radian * M::reduce(d);
+        y = c.metres_per_radian * isometric<M>(sc, cc, arg);
         return M::reduce_ok(d) & M::sincos_ok(phi) & M::sincos_ok(chi) & M::log_ok(arg);
     }
     template <class M>
     static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
                                          double &lat) {
-        const double l = f.p.central_meridian + x / c.k;
+        const double l = f.p.central_meridian + x / c.metres_per_radian;
         bool ok;
-        const double chi = conformal_of_isometric<M>(y / c.k, ok);
+        const double chi = conformal_of_isometric<M>(y / c.metres_per_radian, ok);
         double s, co;
         M::sincos(chi, s, co);
         lat = aux_series(c.chi_inverse, chi, s, co);
