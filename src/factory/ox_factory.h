@@ -22,6 +22,10 @@ void coderange_authority(const ox_coderange_set *set, int32_t code, const char *
                          const char **version);
 // Sets the object's code and the authority of the band of `set` holding it.
 void stamp(ox_object *object, const ox_coderange_set *set, int32_t code);
+// The stamp of a catalogue object: as `stamp`, except that a registry code
+// outside every band of the kind (a modern system) is stamped "EPSG" with the
+// version of the registry the catalogue was derived from.
+void stamp_catalogue(ox_object *object, const ox_coderange_set *set, int32_t code);
 
 // ---------------------------------------------------------------------------
 // Object-edit home and files.
