@@ -715,6 +715,13 @@ class Catalogue:
             if s not in self.gcs or t not in self.gcs:
                 self.notes['geogtran'][note + 'end system not in the catalogue'] += 1
                 continue
+            # A longitude rotation turns by the difference of the two prime
+            # meridians; one whose published offset is another angle has no
+            # form here.
+            pm_difference = self.pms[self.gcs[s][2]][1] - self.pms[self.gcs[t][2]][1]
+            if r['method_code'] == '9601' and abs(pm_difference - float(r['lon_offset_deg'])) > 1e-9:
+                self.notes['geogtran'][note + 'longitude rotation by another angle than its prime meridians'] += 1
+                continue
             kept[code] = r
         pairs = Counter((int(r['source_crs_code']), int(r['target_crs_code'])) for r in kept.values())
         pairs.update((row[2], row[3]) for row in self.geogtran.values())
