@@ -7,10 +7,16 @@
 // empty ones, the spheroid (semi-major axis, flattening), prime meridian,
 // angular and linear unit factors, and keys of the normalised names.  A query
 // reduces its object the same way and scans the records of its projection:
-// two systems are equivalent when every number agrees within 1e-9 relative.
-// Nothing is built and nothing is allocated per record during a query.
+// two systems are equivalent when every number agrees within 1e-9 relative
+// (a parameter one of them leaves out agrees with 0 and with the
+// projection's default; the centre's longitude and latitude stand for the
+// central meridian and the latitude of origin where a system has only those).
+// Equivalent systems are ranked by score, then by the words their names
+// share with the query's, then in catalogue order.  Nothing is built during a
+// query.
 #include <algorithm>
 #include <atomic>
+#include <cctype>
 #include <cmath>
 #include <cstring>
 
@@ -18,6 +24,7 @@
 #include "factory/ox_sequence.h"
 #include "object/ox_memory.h"
 #include "object/ox_strings.h"
+#include "projection/ox_parmlist.h"
 #include "projection/ox_projlist.h"
 
 namespace ox {
@@ -53,13 +60,48 @@ uint64_t key_of(const char *name, bool datum) {
     return h;
 }
 
+constexpr int kMaxWords = 16;
+
 struct Record {
     int32_t code;
+    int32_t order;       // place in catalogue order
     int32_t projection;  // registry code (Gauss_Kruger as its twin), or kGeographic
     uint64_t name, geogcs_name, datum_name;
     double axis, flattening, primem, angular, linear;
     double parameters[OX_PARAMETER_SLOTS];
+    uint16_t present;  // bit i: slot i was given
+    uint16_t nwords;
+    uint32_t words[kMaxWords];  // hashes of the words of the three names
 };
+
+// The words of a name ("GDA2020 / MGA zone 55": gda, 2020, mga, zone, 55),
+// split at every character that is not a letter or digit and between
+// letters and digits, lower case; single letters are left out.
+void add_words(const char *name, Record *r) {
+    const auto kind = [](unsigned char c) { return (c >= '0' && c <= '9') ? 1 : (std::isalpha(c) ? 2 : 0); };
+    const unsigned char *p = reinterpret_cast<const unsigned char *>(name);
+    while (*p != '\0') {
+        const int k = kind(*p);
+        if (k == 0) {
+            ++p;
+            continue;
+        }
+        uint32_t h = 2166136261u;
+        int length = 0;
+        for (; *p != '\0' && kind(*p) == k; ++p, ++length) {
+            h ^= static_cast<uint32_t>(to_lower(*p));
+            h *= 16777619u;
+        }
+        if ((k == 2 && length < 2) || r->nwords >= kMaxWords) continue;
+        if (std::find(r->words, r->words + r->nwords, h) == r->words + r->nwords) r->words[r->nwords++] = h;
+    }
+}
+
+int shared_words(const Record &a, const Record &b) {
+    int n = 0;
+    for (int i = 0; i < a.nwords; ++i) n += std::find(b.words, b.words + b.nwords, a.words[i]) != b.words + b.nwords;
+    return n;
+}
 
 // The registry code of a projection; the twins "Gauss_Kruger" and
 // "Transverse_Mercator" are one projection.
@@ -71,10 +113,14 @@ int32_t projection_code(const ox_object *projection) {
     return row->code == kGaussKruger ? kTransverseMercator : row->code;
 }
 
-// The defaults of each projection's slots, computed once per index.
+// The defaults of each projection's slots and the slots of the parameters
+// that stand for one another, computed once per index.
 struct Defaults {
     int32_t code;
     double values[OX_PARAMETER_SLOTS];
+};
+struct Slots {
+    int central_meridian, longitude_of_origin, longitude_of_center, latitude_of_origin, latitude_of_center;
 };
 
 bool geographic_fields(const ox_object *geogcs, Record *r) {
@@ -85,6 +131,8 @@ bool geographic_fields(const ox_object *geogcs, Record *r) {
         return false;
     r->geogcs_name = key_of(geogcs->name, false);
     r->datum_name = key_of(datum->name, true);
+    add_words(geogcs->name, r);
+    add_words(datum->name, r);
     r->axis = ox_spheroid_axis(spheroid);
     r->flattening = ox_spheroid_flattening(spheroid);
     r->primem = ox_primem_longitude(ox_geogcs_primem(geogcs));
@@ -92,11 +140,28 @@ bool geographic_fields(const ox_object *geogcs, Record *r) {
     return true;
 }
 
+// A slot given under the other name of its quantity: the centre's longitude
+// or the longitude of origin as the central meridian, the centre's latitude
+// as the latitude of origin, where the system has no slot of that name.
+void fold(Record *r, int from, int to) {
+    const uint16_t f = static_cast<uint16_t>(1u << from), t = static_cast<uint16_t>(1u << to);
+    if ((r->present & f) == 0 || (r->present & t) != 0) return;
+    r->parameters[to] = r->parameters[from];
+    r->parameters[from] = 0.0;
+    r->present = static_cast<uint16_t>((r->present | t) & ~f);
+}
+
+struct Context {
+    Defaults defaults[64];
+    int ndefaults;
+    Slots slots;
+};
+
 // The record of a projected or geographic system; false for anything else
-// or an incomplete object.  `defaults` fills the empty slots.
-bool record_of(const ox_object *h, const Defaults *defaults, int ndefaults, Record *r) {
+// or an incomplete object.
+bool record_of(const ox_object *h, const Context &context, Record *r) {
     *r = Record{};
-    r->code = 0;
+    add_words(h->name, r);
     if (ox_geogcs_p(h)) {
         r->projection = kGeographic;
         r->name = key_of(h->name, false);
@@ -110,27 +175,46 @@ bool record_of(const ox_object *h, const Defaults *defaults, int ndefaults, Reco
     if (r->projection < 0) return false;
     r->name = key_of(h->name, false);
     r->linear = ox_unit_factor(ox_projcs_unit(h));
-    for (int i = 0; i < ndefaults; ++i)
-        if (defaults[i].code == r->projection) std::copy_n(defaults[i].values, OX_PARAMETER_SLOTS, r->parameters);
     ox_object *params[OX_PARAMETER_SLOTS];
     ox_projcs_parameters(h, params);
     for (int i = 0; i < OX_PARAMETER_SLOTS; ++i)
-        if (params[i] != nullptr) r->parameters[i] = ox_parameter_value(params[i]);
+        if (params[i] != nullptr) {
+            r->parameters[i] = ox_parameter_value(params[i]);
+            r->present = static_cast<uint16_t>(r->present | (1u << i));
+        }
+    const Slots &s = context.slots;
+    fold(r, s.longitude_of_center, s.central_meridian);
+    fold(r, s.longitude_of_origin, s.central_meridian);
+    fold(r, s.latitude_of_center, s.latitude_of_origin);
     return true;
+}
+
+const Defaults *defaults_of(const Context &context, int32_t projection) {
+    for (int i = 0; i < context.ndefaults; ++i)
+        if (context.defaults[i].code == projection) return &context.defaults[i];
+    return nullptr;
 }
 
 bool agree(double a, double b) {
     return std::fabs(a - b) <= kTolerance * std::max(1.0, std::max(std::fabs(a), std::fabs(b)));
 }
 
-bool equivalent(const Record &a, const Record &b) {
+// A value given on one side only agrees with 0 and with the default.
+bool slot_agrees(const Record &a, const Record &b, int i, const Defaults *defaults) {
+    const bool in_a = (a.present >> i) & 1u, in_b = (b.present >> i) & 1u;
+    if (in_a == in_b) return agree(a.parameters[i], b.parameters[i]);
+    const double given = in_a ? a.parameters[i] : b.parameters[i];
+    return agree(given, 0.0) || (defaults != nullptr && agree(given, defaults->values[i]));
+}
+
+bool equivalent(const Record &a, const Record &b, const Defaults *defaults) {
     if (a.projection != b.projection || !agree(a.axis, b.axis) || !agree(a.primem, b.primem) ||
         !agree(a.angular, b.angular) || !agree(a.linear, b.linear))
         return false;
     // Flattening relative to itself: a sphere is only equivalent to a sphere.
     if (std::fabs(a.flattening - b.flattening) > kTolerance * std::max(a.flattening, b.flattening)) return false;
     for (int i = 0; i < OX_PARAMETER_SLOTS; ++i)
-        if (!agree(a.parameters[i], b.parameters[i])) return false;
+        if (!slot_agrees(a, b, i, defaults)) return false;
     return true;
 }
 
@@ -143,17 +227,23 @@ int32_t score_of(const Record &query, const Record &r) {
 struct Index {
     Record *records;  // sorted by projection, then in catalogue order
     size_t count;
-    Defaults defaults[64];
-    int ndefaults;
+    Context context;
 };
 
-void fill_defaults(Index *index) {
+int slot_of(int32_t code) {
+    ox_object *p = ox_factory_parameter(code);
+    const int slot = ox_parameter_index(p);
+    ox_parameter_del(p);
+    return slot >= 0 && slot < OX_PARAMETER_SLOTS ? slot : 0;
+}
+
+void fill_context(Context *c) {
     int count = 0;
     const ProjRow *rows = projlist_rows(&count);
-    index->ndefaults = 0;
-    for (int i = 0; i < count && index->ndefaults < 64; ++i) {
+    c->ndefaults = 0;
+    for (int i = 0; i < count && c->ndefaults < 64; ++i) {
         ox_object *projection = ox_factory_projection(rows[i].code);
-        Defaults &d = index->defaults[index->ndefaults];
+        Defaults &d = c->defaults[c->ndefaults];
         d = Defaults{rows[i].code == kGaussKruger ? kTransverseMercator : rows[i].code, {}};
         ox_object *params[OX_PARAMETER_SLOTS];
         if (projection != nullptr && ox_parameter_projection_defaults(projection, params) > 0)
@@ -163,8 +253,10 @@ void fill_defaults(Index *index) {
                     ox_parameter_del(params[k]);
                 }
         ox_projection_del(projection);
-        ++index->ndefaults;
+        ++c->ndefaults;
     }
+    c->slots = {slot_of(kParCentralMeridian), slot_of(kParLongitudeOfOrigin), slot_of(kParLongitudeOfCenter),
+                slot_of(kParLatitudeOfOrigin), slot_of(kParLatitudeOfCenter)};
 }
 
 // Appends the record of a code's current catalogue definition.
@@ -172,10 +264,11 @@ bool add_code(Sequence &s, const Index &index, ox_object *(*build)(int32_t), int
     ox_object *h = build(code);
     if (h == nullptr) return true;
     Record r;
-    const bool keep = (h->status & 0xFF) <= OX_STATUS_OBJEDIT && record_of(h, index.defaults, index.ndefaults, &r);
+    const bool keep = (h->status & 0xFF) <= OX_STATUS_OBJEDIT && record_of(h, index.context, &r);
     obj_delete(h);
     if (!keep) return true;
     r.code = code;
+    r.order = static_cast<int32_t>(s.count);
     return sequence_append(s, &r);
 }
 
@@ -191,7 +284,7 @@ bool add_outside(Sequence &s, const Index &index, ox_object *(*build)(int32_t), 
 Index *build_index() {
     auto *index = static_cast<Index *>(mem_alloc(sizeof(Index)));
     if (index == nullptr) return nullptr;
-    fill_defaults(index);
+    fill_context(&index->context);
     Sequence s = sequence_new(sizeof(Record), 4096);
     bool ok = true;
     // The bands of both kinds (the authority's and the registry's), then the
@@ -216,8 +309,9 @@ Index *build_index() {
         mem_free(index);
         return nullptr;
     }
-    std::stable_sort(records, records + n,
-                     [](const Record &a, const Record &b) { return a.projection < b.projection; });
+    std::sort(records, records + n, [](const Record &a, const Record &b) {
+        return a.projection != b.projection ? a.projection < b.projection : a.order < b.order;
+    });
     index->records = records;
     index->count = n;
     return index;
@@ -243,6 +337,18 @@ const Index *index() {
 }  // namespace
 }  // namespace ox
 
+namespace ox {
+namespace {
+
+struct Match {
+    const Record *record;
+    int32_t score;
+    int32_t words;
+};
+
+}  // namespace
+}  // namespace ox
+
 extern "C" OX_API int32_t ox_factory_identify(const ox_object *object, ox_identify_candidate *candidates,
                                               int32_t capacity) {
     using namespace ox;
@@ -250,23 +356,32 @@ extern "C" OX_API int32_t ox_factory_identify(const ox_object *object, ox_identi
     const Index *idx = index();
     if (idx == nullptr) return 0;
     Record query;
-    if (!record_of(object, idx->defaults, idx->ndefaults, &query)) return 0;
+    if (!record_of(object, idx->context, &query)) return 0;
+    const Defaults *defaults = defaults_of(idx->context, query.projection);
     const Record *first = std::lower_bound(idx->records, idx->records + idx->count, query.projection,
                                            [](const Record &r, int32_t p) { return r.projection < p; });
-    if (candidates == nullptr || capacity < 0) capacity = 0;
-    // Kept in order of score, then catalogue order (the classic bands before
-    // the systems outside them): an insertion into the caller's array.
+    const Record *last = first;
+    while (last < idx->records + idx->count && last->projection == query.projection) ++last;
     int32_t found = 0;
-    for (const Record *r = first; r < idx->records + idx->count && r->projection == query.projection; ++r) {
-        if (!equivalent(query, *r)) continue;
-        const ox_identify_candidate c = {r->code, score_of(query, *r)};
-        int32_t at = std::min(found, capacity);
-        while (at > 0 && candidates[at - 1].score < c.score) --at;
-        if (at < capacity) {
-            for (int32_t k = std::min(found, capacity - 1); k > at; --k) candidates[k] = candidates[k - 1];
-            candidates[at] = c;
-        }
-        ++found;
+    for (const Record *r = first; r < last; ++r) found += equivalent(query, *r, defaults);
+    if (found == 0 || candidates == nullptr || capacity <= 0) return found;
+    auto *matches = static_cast<Match *>(mem_alloc(static_cast<size_t>(found) * sizeof(Match)));
+    if (matches == nullptr) return 0;
+    int32_t n = 0;
+    for (const Record *r = first; r < last; ++r)
+        if (equivalent(query, *r, defaults)) matches[n++] = {r, score_of(query, *r), shared_words(query, *r)};
+    // Score, then shared words, then catalogue order (the order of the
+    // records): an insertion sort, stable and without allocation.
+    for (int32_t i = 1; i < n; ++i) {
+        const Match m = matches[i];
+        int32_t j = i;
+        for (; j > 0 && (matches[j - 1].score < m.score ||
+                         (matches[j - 1].score == m.score && matches[j - 1].words < m.words));
+             --j)
+            matches[j] = matches[j - 1];
+        matches[j] = m;
     }
+    for (int32_t i = 0; i < n && i < capacity; ++i) candidates[i] = {matches[i].record->code, matches[i].score};
+    mem_free(matches);
     return found;
 }
