@@ -1025,9 +1025,11 @@ typedef struct ox_identify_candidate {
  * parameter takes the projection's default), the same spheroid, prime
  * meridian and units, ranked by score and then in catalogue order.  Writes
  * at most `capacity` candidates and returns how many were found (0 for null,
- * another kind or no match).  The catalogue's index is built once, on the
- * first call (about a second), and shared by every thread; a query then
- * takes microseconds. */
+ * another kind or no match).  Candidates of one score come in the order of
+ * the words their names share with the object's, then in catalogue order.
+ * The catalogue's index is built once, on the first call (some tens of
+ * milliseconds), and shared by every thread; a query then takes tens of
+ * microseconds. */
 /** The catalogue systems equivalent to a PROJCS or GEOGCS, best first; returns the number found. */
 OX_API int32_t ox_factory_identify(const ox_object *object, ox_identify_candidate *candidates, int32_t capacity);
 

@@ -1012,6 +1012,48 @@ class Catalogue:
                    'central_meridian', 'scale_factor', 'latitude_of_origin'], sorted(self.expect_zones))
         self.write_counts()
 
+    def audit_counts(self):
+        """Codes of each projected group that name a registry projected
+        system, and those whose differences from it the reviewed exceptions
+        file of the audit test lists."""
+        exceptions = defaultdict(set)  # code -> checks
+        for r in read_csv(os.path.join(TEST_DATA, 'catalogue_exceptions.csv')):
+            low, _, high = r['code'].partition('-')
+            for c in range(int(low), int(high or low) + 1):
+                exceptions[c].add(r['check'])
+        names = OrderedDict([('misc', '1. miscellaneous national and regional systems'),
+                             ('zone', '2. zone families and single zones'),
+                             ('sp27', '3. state plane 1927'), ('sp83m', '4. state plane 1983, metres'),
+                             ('sp83ft1', '5. state plane 1983, feet (first group)'),
+                             ('sp83ft2', '6. state plane 1983, feet (second group)'),
+                             ('harn', '7. HARN state plane'), ('wiscrs', '8. Wisconsin county systems (WISCRS)'),
+                             ('epsg', 'registry systems outside the classic bands')])
+        group_of = {c: row[0] for c, row in self.projcs.items()}
+        for fi, low, high, first in self.bands:
+            for c in range(low, high + 1):
+                group_of[c] = 'zone'
+        for m in self.members:
+            group_of[m[1]] = 'zone'
+        registry = set(self.e_pcs) | set(self.m_pcs)
+        lines = ['', '## Projected systems against the registry (the audit test)', '',
+                 'Catalogue codes that name a registry projected system are compared with it by parameters '
+                 '(`tests/catalogue_audit_test.cpp`); the differences are those of the reviewed exceptions file '
+                 '`tests/data/catalogue_exceptions.csv`.', '',
+                 '| group | codes | naming a registry system | identical | listed differences |', '|---|---|---|---|---|']
+        checks = {'datum', 'spheroid', 'primem', 'angular_unit', 'linear_unit', 'projection', 'parameters'}
+        for key, title in names.items():
+            codes = [c for c, g in group_of.items() if g == key]
+            named = [c for c in codes if c in registry]
+            differing = [c for c in named if exceptions[c] & checks]
+            lines.append('| %s | %d | %d | %d | %d |' % (title, len(codes), len(named), len(named) - len(differing),
+                                                         len(differing)))
+        unbuilt = sum(1 for c, v in exceptions.items() if 'built' in v)
+        lines += ['', 'Registry projected systems that build nothing because the registry of projections has no '
+                  'method for them: %d (listed with their method in the exceptions file).' % unbuilt,
+                  'Groups 7 and 9 of the adjusted county systems (`NAD_1983_HARN_Adj_MN_...`, '
+                  '`NAD_1983_HARN_Adj_WI_...`) are not built: the registry has no definition of them.']
+        return lines
+
     def write_counts(self):
         prefixes = OrderedDict([('GCS', 'OX_GCS_'), ('PCS', 'OX_PCS_'), ('VCS', 'OX_VCS_'), ('D', 'OX_D_'),
                                 ('VERTD', 'OX_VERTD_'), ('GT', 'OX_GT_'), ('U', 'OX_U_'), ('PM', 'OX_PM_'),
@@ -1039,6 +1081,7 @@ class Catalogue:
         lines += ['', '## Modern projected systems by registry method (codes outside the classic bands)', '']
         for m, n in sorted(self.method_counts_modern.items(), key=lambda t: (-t[1], t[0])):
             lines.append('- %s: %d' % (m, n))
+        lines += self.audit_counts()
         lines += ['', '## Left out', '']
         for kind in sorted(self.notes):
             for reason, n in sorted(self.notes[kind].items()):
