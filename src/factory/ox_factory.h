@@ -4,6 +4,7 @@
 // definition) that every kind instantiates.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 
 #include "factory/ox_catalogue.h"
@@ -100,6 +101,23 @@ ox_object *projcs_from_zone_families(int32_t code);
 // Builds a projected system from its parts; null (parts deleted) on failure.
 ox_object *projcs_assemble(const char *name, int32_t geogcs, int32_t projection, int32_t unit,
                            ox_object *params[OX_PARAMETER_SLOTS]);
+
+// A process-lifetime object (an index of the catalogue) built by the first
+// caller that needs it and then shared by every thread: an atomic pointer and
+// no lock; a thread that loses the race to publish frees its own copy.  Null
+// when building fails (memory exhausted), so that the next caller tries again.
+template <class T, class Build, class Release>
+T *built_once(std::atomic<T *> &slot, Build build, Release release) {
+    T *current = slot.load(std::memory_order_acquire);
+    if (current != nullptr) return current;
+    T *built = build();
+    if (built == nullptr) return nullptr;
+    if (!slot.compare_exchange_strong(current, built, std::memory_order_acq_rel)) {
+        release(built);
+        return current;
+    }
+    return built;
+}
 
 // What the reverse look-up needs of each of its thirteen kinds: the builder
 // and the code-range set it searches, and the object-edit files that can

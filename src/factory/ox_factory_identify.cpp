@@ -317,21 +317,14 @@ Index *build_index() {
     return index;
 }
 
-// Built on first use and kept for the life of the process; a failed build
-// (memory exhausted) is retried by the next query.
+// Built on first use and kept for the life of the process.
 std::atomic<Index *> g_index{nullptr};
 
 const Index *index() {
-    Index *current = g_index.load(std::memory_order_acquire);
-    if (current != nullptr) return current;
-    Index *built = build_index();
-    if (built == nullptr) return nullptr;
-    if (!g_index.compare_exchange_strong(current, built, std::memory_order_acq_rel)) {
-        mem_free(built->records);  // another thread won the race
+    return built_once(g_index, build_index, [](Index *built) {
+        mem_free(built->records);
         mem_free(built);
-        return current;
-    }
-    return built;
+    });
 }
 
 }  // namespace
