@@ -48,6 +48,8 @@ expect "info by definition string" 0 "$wgs84_auth" "" info OX_GCS_WGS_1984
 expect "info of nothing" 1 "" "" info OX_GCS_NOTHING
 expect "info by EPSG code" 0 "$wgs84_auth" "" info EPSG:4326
 expect "info of an unknown kind" 2 "" "" info --kind things 4326
+expect "info without a kind" 2 "" "" info 4326 --kind
+expect "identify with an unknown option" 2 "" "" identify --frobnicate
 # A plain code is a coordinate system first; --kind chooses another kind.
 "$ox" info 6677 | grep -q '^PROJCS\["JGD_2011_Japan_Plane_Rectangular_CS_IX"' || fail "info 6677 is the projected system"
 "$ox" info --kind datum 6677 | grep -q '^DATUM\[' || fail "info --kind datum 6677 is the datum"

@@ -35,7 +35,7 @@ int cmd_info(int argc, char **argv) {
                 std::fprintf(stderr, "ox info: unknown kind '%.200s'\n", argv[i]);
                 return 2;
             }
-        } else if (arg == nullptr) {
+        } else if (arg == nullptr && std::strncmp(argv[i], "--", 2) != 0) {
             arg = argv[i];
         } else {
             arg = nullptr;
@@ -71,6 +71,9 @@ int cmd_identify(int argc, char **argv) {
                 std::fputs("ox identify: --limit takes a whole number from 1 to 1000\n", stderr);
                 return 2;
             }
+        } else if (std::strncmp(argv[i], "--", 2) == 0) {
+            std::fprintf(stderr, "ox identify: unknown option '%.200s'\n", argv[i]);
+            return 2;
         } else {
             path = argv[i];
         }
@@ -104,7 +107,8 @@ int cmd_identify(int argc, char **argv) {
         kind->del(c);
         std::printf("%d %d %s\n", candidates[i].code, candidates[i].score, name);
     }
-    if (found > limit) std::fprintf(stderr, "ox identify: %d more candidate(s) (--limit)\n", found - static_cast<int32_t>(limit));
+    if (found > limit)
+        std::fprintf(stderr, "ox identify: %d more candidate(s) (--limit)\n", found - static_cast<int32_t>(limit));
     return found > 0 ? 0 : 1;
 }
 
