@@ -46,6 +46,22 @@ wgs84_auth='GEOGCS["GCS_WGS_1984",DATUM["D_WGS_1984",SPHEROID["WGS_1984",6378137
 expect "info by code" 0 "$wgs84_auth" "" info 4326
 expect "info by definition string" 0 "$wgs84_auth" "" info OX_GCS_WGS_1984
 expect "info of nothing" 1 "" "" info OX_GCS_NOTHING
+expect "info by EPSG code" 0 "$wgs84_auth" "" info EPSG:4326
+expect "info of an unknown kind" 2 "" "" info --kind things 4326
+expect "info without a kind" 2 "" "" info 4326 --kind
+expect "identify with an unknown option" 2 "" "" identify --frobnicate
+# A plain code is a coordinate system first; --kind chooses another kind.
+"$ox" info 6677 | grep -q '^PROJCS\["JGD_2011_Japan_Plane_Rectangular_CS_IX"' || fail "info 6677 is the projected system"
+"$ox" info --kind datum 6677 | grep -q '^DATUM\[' || fail "info --kind datum 6677 is the datum"
+"$ox" info EPSG:7855 | grep -q 'AUTHORITY\["EPSG",7855\]\]$' || fail "info EPSG:7855"
+# What info prints, parse reads back, long transformations included.
+for code in 1314 4326 EPSG:7855 103971 9603; do
+    "$ox" info "$code" | "$ox" parse --authority 1 >/dev/null || fail "info $code | parse"
+done
+expect "project by EPSG code" 0 "500000.0000 5761038.2126" "15 52" project EPSG:32633
+expect "identify" 0 "32633 100 WGS_1984_UTM_Zone_33N" "$("$ox" info 32633)" identify --limit 1
+expect "identify nothing" 1 "" 'GEOGCS["x",DATUM["x",SPHEROID["x",6000000,300]],PRIMEM["Greenwich",0],UNIT["Degree",0.0174532925199433]]' identify
+expect "identify junk" 2 "" 'UNIT["Meter",1]' identify
 expect "list" 0 '119625 2D_Projective_Parametric
 119624 Affine_Parametric' "" list htmethod
 expect "list of an unknown kind" 2 "" "" list things

@@ -1,5 +1,6 @@
-// Subcommands on the built-in catalogue: info, list, code.
+// Subcommands on the built-in catalogue: info, list, code, identify.
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "commands.h"
@@ -7,27 +8,6 @@
 
 namespace oxtool {
 namespace {
-
-struct Kind {
-    int32_t (*is)(const ox_object *);
-    void (*write)(ox_object *, int32_t, char *);
-    void (*del)(ox_object *);
-};
-const Kind kKinds[] = {
-    {ox_projcs_p, ox_projcs_to_string_ext, ox_projcs_del},
-    {ox_geogcs_p, ox_geogcs_to_string_ext, ox_geogcs_del},
-    {ox_vertcs_p, ox_vertcs_to_string_ext, ox_vertcs_del},
-    {ox_geogtran_p, ox_geogtran_to_string_ext, ox_geogtran_del},
-    {ox_datum_p, ox_datum_to_string_ext, ox_datum_del},
-    {ox_vdatum_p, ox_vdatum_to_string_ext, ox_vdatum_del},
-    {ox_spheroid_p, ox_spheroid_to_string_ext, ox_spheroid_del},
-    {ox_primem_p, ox_primem_to_string_ext, ox_primem_del},
-    {ox_unit_p, ox_unit_to_string_ext, ox_unit_del},
-    {ox_projection_p, ox_projection_to_string_ext, ox_projection_del},
-    {ox_parameter_p, ox_parameter_to_string_ext, ox_parameter_del},
-    {ox_method_p, ox_method_to_string_ext, ox_method_del},
-    {ox_htmethod_p, ox_htmethod_to_string_ext, ox_htmethod_del},
-};
 
 struct List {
     const char *kind;
@@ -45,39 +25,91 @@ const List kLists[] = {
 
 }  // namespace
 
-ox_object *catalogue_projcs(const char *arg) {
-    if (arg == nullptr) return nullptr;
-    const int32_t code = ox_factory_defstring_to_int(arg);
-    if (code == 0) return nullptr;
-    // Digits only, or a definition string: a file of that name is not meant.
-    const char *p = arg;
-    while (*p == ' ' || *p == '\t') ++p;
-    bool digits = true;
-    for (const char *q = p; *q; ++q) digits = digits && *q >= '0' && *q <= '9';
-    if (!digits && std::strncmp(p, "OX_", 3) != 0) return nullptr;
-    return ox_factory_projcs(code);
-}
-
 int cmd_info(int argc, char **argv) {
-    if (argc < 2) {
-        std::fputs("usage: ox info CODE|DEFINITION_STRING\n", stderr);
+    const ObjectKind *kind = nullptr;
+    const char *arg = nullptr;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--kind") == 0 && i + 1 < argc) {
+            kind = object_kind(argv[++i]);
+            if (kind == nullptr) {
+                std::fprintf(stderr, "ox info: unknown kind '%.200s'\n", argv[i]);
+                return 2;
+            }
+        } else if (arg == nullptr && std::strncmp(argv[i], "--", 2) != 0) {
+            arg = argv[i];
+        } else {
+            arg = nullptr;
+            break;
+        }
+    }
+    if (arg == nullptr) {
+        std::fputs("usage: ox info [--kind KIND] CODE|EPSG:CODE|DEFINITION_STRING\n", stderr);
         return 2;
     }
-    const int32_t code = ox_factory_defstring_to_int(argv[1]);
-    ox_object *h = code != 0 ? ox_factory(code) : nullptr;
+    CatalogueName name;
+    ox_object *h = parse_system(arg, &name) ? catalogue_object(name, kind, &kind) : nullptr;
     if (h == nullptr) {
-        std::fprintf(stderr, "ox info: nothing in the catalogue for '%.200s'\n", argv[1]);
+        std::fprintf(stderr, "ox info: nothing in the catalogue for '%.200s'\n", arg);
         return 1;
     }
     static char text[OX_OBJSTRING_SIZE];
-    for (const Kind &k : kKinds)
-        if (k.is(h)) {
-            k.write(h, 2, text);
-            std::puts(text);
-            k.del(h);
-            return 0;
+    const bool ok = readable_text(h, text);
+    kind->del(h);
+    if (!ok) return 1;
+    std::puts(text);
+    return 0;
+}
+
+int cmd_identify(int argc, char **argv) {
+    long limit = 10;
+    const char *path = "-";
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--limit") == 0 && i + 1 < argc) {
+            char *end = nullptr;
+            limit = std::strtol(argv[++i], &end, 10);
+            if (*end != '\0' || limit < 1 || limit > 1000) {
+                std::fputs("ox identify: --limit takes a whole number from 1 to 1000\n", stderr);
+                return 2;
+            }
+        } else if (std::strncmp(argv[i], "--", 2) == 0) {
+            std::fprintf(stderr, "ox identify: unknown option '%.200s'\n", argv[i]);
+            return 2;
+        } else {
+            path = argv[i];
         }
-    return 1;
+    }
+    static char text[1 << 20];
+    if (!read_text(path, text, sizeof text)) {
+        std::fprintf(stderr, "ox identify: cannot read %.200s\n", path);
+        return 2;
+    }
+    void (*del)(ox_object *) = nullptr;
+    void (*write)(ox_object *, int32_t, char *) = nullptr;
+    ox_object *h = read_any(text, &del, &write);
+    if (h == nullptr || !(ox_projcs_p(h) || ox_geogcs_p(h))) {
+        std::fputs("ox identify: not a readable PROJCS or GEOGCS object string\n", stderr);
+        if (h != nullptr) del(h);
+        return 2;
+    }
+    static ox_identify_candidate candidates[1000];
+    const int32_t found = ox_factory_identify(h, candidates, static_cast<int32_t>(limit));
+    const ObjectKind *kind = kind_of(h);
+    del(h);
+    for (int32_t i = 0; i < found && i < limit; ++i) {
+        ox_object *c = kind->build(candidates[i].code);
+        char name[OX_NAME_SIZE] = "";
+        if (c != nullptr) {
+            if (ox_projcs_p(c))
+                ox_projcs_name(c, name);
+            else
+                ox_geogcs_name(c, name);
+        }
+        kind->del(c);
+        std::printf("%d %d %s\n", candidates[i].code, candidates[i].score, name);
+    }
+    if (found > limit)
+        std::fprintf(stderr, "ox identify: %d more candidate(s) (--limit)\n", found - static_cast<int32_t>(limit));
+    return found > 0 ? 0 : 1;
 }
 
 int cmd_list(int argc, char **argv) {

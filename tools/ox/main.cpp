@@ -24,7 +24,7 @@ const Command kCommands[] = {
      cmd_defaults},
     {"project", "project longitude/latitude pairs through a projected system",
      "usage: ox project [--precision N] SYSTEM < POINTS\n\n"
-     "SYSTEM is a projected system: a catalogue code (32633) or definition string\n"
+     "SYSTEM is a projected system: a catalogue code (32633, EPSG:7855) or definition string\n"
      "(OX_PCS_WGS_1984_UTM_ZONE_33N), an object string starting with PROJCS[, or\n"
      "the name of a file that holds one. POINTS are whitespace-separated longitude and\n"
      "latitude pairs in the angular unit of the system's GEOGCS, read from standard\n"
@@ -37,7 +37,7 @@ const Command kCommands[] = {
      cmd_project},
     {"unproject", "unproject x/y pairs back to longitude/latitude",
      "usage: ox unproject [--precision N] [--center LON] SYSTEM < POINTS\n\n"
-     "SYSTEM is a projected system: a catalogue code (32633) or definition string\n"
+     "SYSTEM is a projected system: a catalogue code (32633, EPSG:7855) or definition string\n"
      "(OX_PCS_WGS_1984_UTM_ZONE_33N), an object string starting with PROJCS[, or\n"
      "the name of a file that holds one. POINTS are whitespace-separated x and y pairs\n"
      "in the system's linear unit, read from standard input; each pair is written\n"
@@ -51,10 +51,19 @@ const Command kCommands[] = {
      "the input was malformed, 2 for a usage error or an unreadable SYSTEM.\n",
      cmd_unproject},
     {"info", "print a catalogue object by code or definition string",
-     "usage: ox info CODE|DEFINITION_STRING\n\n"
-     "Builds the object of a catalogue code (4326) or definition string\n"
-     "(OX_GCS_WGS_1984) and prints its object string with every AUTHORITY.\n"
-     "Exit status 1 when the catalogue has nothing for it.\n",
+     "usage: ox info [--kind KIND] CODE|EPSG:CODE|DEFINITION_STRING\n\n"
+     "Builds the object of a catalogue code (4326, EPSG:7855) or definition string\n"
+     "(OX_GCS_WGS_1984) and prints its object string with an AUTHORITY on every\n"
+     "object, or on the outermost object only where the whole text would be too\n"
+     "long for the reader: what it prints, `ox parse` reads back.\n\n"
+     "A plain code is tried as a projected, geographic and vertical system first,\n"
+     "then as the kind its code range names, then as any other kind; the codes of\n"
+     "the registry outside the classic bands (GDA2020 7844, MGA 7855, JGD2011\n"
+     "6668-6687, ...) build too.\n\n"
+     "  --kind KIND  build the code as KIND: projcs, geogcs, vertcs, geogtran,\n"
+     "               datum, vdatum, spheroid, primem, unit, projection,\n"
+     "               parameter, method or htmethod (ox info --kind datum 6677)\n\n"
+     "Exit status 1 when the catalogue has nothing for it, 2 for a usage error.\n",
      cmd_info},
     {"list", "list the catalogue objects of a kind",
      "usage: ox list KIND\n\n"
@@ -70,6 +79,19 @@ const Command kCommands[] = {
      "the catalogue has no equal object (\"0\" is printed), 2 when the text is not\n"
      "readable.\n",
      cmd_code},
+    {"identify", "find the catalogue systems equivalent to an object string",
+     "usage: ox identify [--limit N] [FILE|-]\n\n"
+     "Reads a PROJCS or GEOGCS object string from FILE or standard input and\n"
+     "prints the catalogue systems with the same projection, parameters (within\n"
+     "1e-9 relative; an omitted parameter takes its default), spheroid, prime\n"
+     "meridian and units, one per line as \"code score name\", best first:\n\n"
+     "  100  names and parameters equal\n"
+     "   90  parameters and datum name equal, the system named otherwise\n"
+     "   80  parameters equal, on a datum of another name and the same figure\n\n"
+     "  --limit N  print at most N candidates, 1 to 1000 (default 10)\n\n"
+     "Exit status 1 when nothing is equivalent, 2 when the text is not a\n"
+     "readable PROJCS or GEOGCS.\n",
+     cmd_identify},
 };
 
 void overview(FILE *out) {
