@@ -21,7 +21,7 @@
 #include <vector>
 
 #include "object/ox_object.h"
-#include "projection/ox_projections.h"
+#include "projection/ox_projlist.h"
 #include "projection/ox_projlist.h"
 #include "test_util.h"
 #include "transform/ox_methlist.h"

@@ -238,13 +238,12 @@ int slot_of(int32_t code) {
 }
 
 void fill_context(Context *c) {
-    int count = 0;
-    const ProjRow *rows = projlist_rows(&count);
     c->ndefaults = 0;
-    for (int i = 0; i < count && c->ndefaults < 64; ++i) {
-        ox_object *projection = ox_factory_projection(rows[i].code);
+    for (const ProjRow *row : projlist_rows()) {
+        if (c->ndefaults >= 64) break;
+        ox_object *projection = ox_factory_projection(row->code);
         Defaults &d = c->defaults[c->ndefaults];
-        d = Defaults{rows[i].code == kGaussKruger ? kTransverseMercator : rows[i].code, {}};
+        d = Defaults{row->code == kGaussKruger ? kTransverseMercator : row->code, {}};
         ox_object *params[OX_PARAMETER_SLOTS];
         if (projection != nullptr && ox_parameter_projection_defaults(projection, params) > 0)
             for (int k = 0; k < OX_PARAMETER_SLOTS; ++k)

@@ -110,6 +110,8 @@ struct Ellipsoid {
 struct CylindricalEqualArea : SphereAndEllipsoid<Sphere, Ellipsoid> {
     static constexpr int32_t kCode = 43034;
     static constexpr const char *kName = "Cylindrical_Equal_Area";
+    static constexpr Family kFamily = Family::kCylindrical;
+    static constexpr Preserves kPreserves = Preserves::kArea;
     static constexpr ParameterSet kParameters = parameter_sets::kStandardParallel;
     static constexpr ox_horizon_routine kHorizon = horizon_world;
     static constexpr bool kHasConstantsRoutine = true;
@@ -130,6 +132,8 @@ struct AtBehrmannParallel : Form {
 struct Behrmann : SphereAndEllipsoid<AtBehrmannParallel<Sphere>, AtBehrmannParallel<Ellipsoid>> {
     static constexpr int32_t kCode = 43017;
     static constexpr const char *kName = "Behrmann";
+    static constexpr Family kFamily = Family::kCylindrical;
+    static constexpr Preserves kPreserves = Preserves::kArea;
     static constexpr ParameterSet kParameters = parameter_sets::kFalseOriginAndMeridian;
     static constexpr ox_horizon_routine kHorizon = horizon_world;
     static constexpr bool kHasConstantsRoutine = true;

@@ -15,6 +15,8 @@ namespace {
 struct EquidistantCylindrical {
     static constexpr int32_t kCode = 43002;
     static constexpr const char *kName = "Equidistant_Cylindrical";
+    static constexpr Family kFamily = Family::kCylindrical;
+    static constexpr Preserves kPreserves = Preserves::kDistance;
     static constexpr ParameterSet kParameters = parameter_sets::kStandardParallel;
     static constexpr ox_horizon_routine kHorizon = horizon_world;
     static constexpr bool kHasConstantsRoutine = false;

@@ -17,6 +17,8 @@ constexpr double kSqrt2 = 1.4142135623730951;
 struct GallStereographic {
     static constexpr int32_t kCode = 43016;
     static constexpr const char *kName = "Gall_Stereographic";
+    static constexpr Family kFamily = Family::kCylindrical;
+    static constexpr Preserves kPreserves = Preserves::kNothing;
     static constexpr ParameterSet kParameters = parameter_sets::kFalseOriginAndMeridian;
     static constexpr ox_horizon_routine kHorizon = horizon_world;
     static constexpr bool kHasConstantsRoutine = true;

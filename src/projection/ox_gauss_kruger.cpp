@@ -183,6 +183,8 @@ OX_HORIZON_ROUTINE(horizon_transverse_mercator) {
 struct TransverseMercator : SphereAndEllipsoid<Sphere, Ellipsoid> {
     static constexpr int32_t kCode = 43006;
     static constexpr const char *kName = "Transverse_Mercator";
+    static constexpr Family kFamily = Family::kCylindrical;
+    static constexpr Preserves kPreserves = Preserves::kShape;
     static constexpr ParameterSet kParameters = parameter_sets::kScaleAndOrigin;
     static constexpr ox_horizon_routine kHorizon = horizon_transverse_mercator;
     static constexpr bool kHasConstantsRoutine = true;

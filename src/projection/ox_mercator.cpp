@@ -123,6 +123,8 @@ OX_HORIZON_ROUTINE(horizon_mercator) {
 struct Mercator : SphereAndEllipsoid<Sphere, Ellipsoid> {
     static constexpr int32_t kCode = 43004;
     static constexpr const char *kName = "Mercator";
+    static constexpr Family kFamily = Family::kCylindrical;
+    static constexpr Preserves kPreserves = Preserves::kShape;
     static constexpr ParameterSet kParameters = parameter_sets::kStandardParallel;
     static constexpr ox_horizon_routine kHorizon = horizon_mercator;
     static constexpr bool kHasConstantsRoutine = true;

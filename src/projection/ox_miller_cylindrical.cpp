@@ -16,6 +16,8 @@ constexpr double kFiveEighthsPi = 1.9634954084936207;  // 5 pi / 8
 struct MillerCylindrical {
     static constexpr int32_t kCode = 43003;
     static constexpr const char *kName = "Miller_Cylindrical";
+    static constexpr Family kFamily = Family::kCylindrical;
+    static constexpr Preserves kPreserves = Preserves::kNothing;
     static constexpr ParameterSet kParameters = parameter_sets::kFalseOriginAndMeridian;
     static constexpr ox_horizon_routine kHorizon = horizon_world;
     static constexpr bool kHasConstantsRoutine = false;

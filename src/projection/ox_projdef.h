@@ -3,6 +3,8 @@
 //
 // A definition D is a struct with
 //   kCode, kName              its registry code and name;
+//   kFamily, kPreserves       its family and what it preserves (the
+//                             projected-system summary reports them);
 //   kParameters               the parameters it uses (ox_parmlist.h), which
 //                             ox_parameter_projection_defaults makes;
 //   kHorizon                  its geographic horizon routine (the projected
@@ -65,6 +67,24 @@
     int32_t fn(const double spheroid[2], const double parameters[16], int32_t max_vertices, double *vertices)
 
 namespace ox {
+
+// The family of a projection and what it preserves.
+enum class Family : uint8_t {
+    kCylindrical,
+    kPseudocylindrical,
+    kConic,
+    kPseudoconic,
+    kAzimuthal,
+    kPolyconic,
+    kPolyhedral,
+    kOther,
+};
+enum class Preserves : uint8_t {
+    kShape,     // conformal
+    kArea,      // equal-area
+    kDistance,  // equidistant along some lines
+    kNothing,   // a compromise
+};
 
 // A projection routine that also applies the driver's units (null: none,
 // as the plain routine) and takes the system's constants block.
@@ -316,6 +336,8 @@ struct ProjRow : RegistryRow {
     UnitsRoutine forward_units;
     UnitsRoutine inverse_units;
     ParameterSet parameters;
+    Family family;
+    Preserves preserves;
 };
 
 // The registry row of a definition.
@@ -333,7 +355,9 @@ constexpr ProjRow projection_row() {
                 D::kHasConstantsRoutine ? ProjectionRoutines<Owner>::constants : nullptr,
                 R::forward_units,
                 R::inverse_units,
-                D::kParameters};
+                D::kParameters,
+                D::kFamily,
+                D::kPreserves};
     if constexpr (requires { D::kHorizonGcsRaster; }) row.horizon_gcs_raster = D::kHorizonGcsRaster;
     if constexpr (requires { D::kHorizonPcsRaster; }) row.horizon_pcs_raster = D::kHorizonPcsRaster;
     return row;

@@ -87,7 +87,7 @@ namespace {
 #define OX_PENDING_ROW(code, name, parameters)                                                         \
     constexpr ProjRow kPending##code = {{code, kMavo, kMavoVersion, name}, proj_unavailable, proj_unavailable, \
                                         horizon_world, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,  \
-                                        parameter_sets::parameters};
+                                        parameter_sets::parameters, Family::kOther, Preserves::kNothing};
 #define OX_NOTHING(D)
 OX_PROJECTION_LIST(OX_NOTHING, OX_PENDING_ROW)
 

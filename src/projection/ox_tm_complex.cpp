@@ -236,6 +236,8 @@ OX_HORIZON_ROUTINE(horizon_transverse_mercator_complex) {
 struct TransverseMercatorComplex {
     static constexpr int32_t kCode = 43056;
     static constexpr const char *kName = "Transverse_Mercator_Complex";
+    static constexpr Family kFamily = Family::kCylindrical;
+    static constexpr Preserves kPreserves = Preserves::kShape;
     static constexpr ParameterSet kParameters = parameter_sets::kScaleAndOrigin;
     static constexpr ox_horizon_routine kHorizon = horizon_transverse_mercator_complex;
     static constexpr bool kHasConstantsRoutine = true;
