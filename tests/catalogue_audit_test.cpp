@@ -147,6 +147,11 @@ bool expected_of(const RegistryProjcs &r, Expected *e) {
         e->projections = {"Transverse_Mercator", "Gauss_Kruger"};
         add({{"Central_Meridian", v(kLon0)}, {"Scale_Factor", v(kK0)}, {"Latitude_Of_Origin", v(kLat0)}});
         return true;
+    case 9808:  // Transverse Mercator (South Orientated): easting -W and northing -S
+        e->projections = {"Transverse_Mercator"};
+        e->parameters = {{"False_Easting", -v(kFe)}, {"False_Northing", -v(kFn)}, {"Central_Meridian", v(kLon0)},
+                         {"Scale_Factor", v(kK0)}, {"Latitude_Of_Origin", v(kLat0)}};
+        return true;
     case 9801:  // Lambert Conic Conformal (1SP): the standard parallel is the latitude of origin
         e->projections = {"Lambert_Conformal_Conic"};
         add({{"Central_Meridian", v(kLon0)}, {"Standard_Parallel_1", v(kLat0)}, {"Scale_Factor", v(kK0)},

@@ -366,6 +366,14 @@ class Catalogue:
             prj = PRJ_GK if re.search(r'Gauss|GK', name) else PRJ_TM
             return prj, fe_fn + [('Central_Meridian', p[8802]), ('Scale_Factor', p[8805]),
                                  ('Latitude_Of_Origin', p[8801])]
+        if method == 9808:
+            # Transverse Mercator (South Orientated): westing W = FE - E' and
+            # southing S = FN - N' of the transverse Mercator offsets (E', N');
+            # the library's axes are easting and northing, so the system is the
+            # transverse Mercator with the false origin negated: x = -W, y = -S.
+            return PRJ_TM, [('False_Easting', 0.0 - p[8806]), ('False_Northing', 0.0 - p[8807]),
+                            ('Central_Meridian', p[8802]), ('Scale_Factor', p[8805]),
+                            ('Latitude_Of_Origin', p[8801])]
         if method == 9801:
             return PRJ['Lambert_Conformal_Conic'], fe_fn + [
                 ('Central_Meridian', p[8802]), ('Standard_Parallel_1', p[8801]), ('Scale_Factor', p[8805]),
