@@ -57,6 +57,7 @@ TEST(PrjHostile, GarbageAndHugeLines) {
     // Keywords with nothing after them and numbers out of range.
     EXPECT_EQ(string_error("PROJECTION\nZONE\nDATUM\nUNITS\nPARAMETERS\n"), OX_PRJ_CANNOT_BUILD);
     EXPECT_EQ(string_error("PROJECTION UTM\nZONE 99999999999999999999\n"), OX_PRJ_CANNOT_BUILD);
+    EXPECT_EQ(string_error("PROJECTION UTM\nZONE -99999999999999999999\n"), OX_PRJ_CANNOT_BUILD);
     EXPECT_EQ(string_error("PROJECTION UTM\nZONE 10\nXSHIFT 1e999\n"), OX_PRJ_CANNOT_BUILD);
     EXPECT_EQ(string_error("PROJECTION UTM\nZONE 10\nYSHIFT nan\n"), OX_PRJ_CANNOT_BUILD);
     EXPECT_EQ(string_error("PROJECTION LAMBERT\nPARAMETERS 99999999999 0 0\n0\n0\n0\n0\n0\n"), 0);

@@ -154,11 +154,36 @@ TEST(PrjWrite, PrimeMeridianAndUnitsOfAngles) {
     EXPECT_EQ(code, OX_PRJ_CANNOT_BUILD);
 }
 
+TEST(PrjWrite, LambertWithAScaleFactorBySecantParallels) {
+    // NTF (Paris) Lambert zone II: one parallel at 52 grads with k0 =
+    // 0.99987742, on Clarke 1880 (IGN) and the Paris meridian.  Its parallels
+    // of true scale are published as 47 41 45.652 and 45 53 56.108.
+    Owned ntf = catalogue(27572);
+    const std::string text = written(ntf.get());
+    ox::prj::Record r;
+    ASSERT_EQ(ox::prj::scan(text.c_str(), &r), 0) << text;
+    EXPECT_STREQ(r.projection, "LAMBERT");
+    EXPECT_STREQ(r.spheroid, "6378249.2  6356515.0");
+    double v[6];
+    for (int i = 0; i < 6; ++i) ASSERT_TRUE(ox::prj::parameter_value(r.parameters[i], &v[i])) << r.parameters[i];
+    constexpr double kMilliSecond = 0.001 / 3600.0;
+    EXPECT_NEAR(v[0], 47.0 + 41.0 / 60.0 + 45.652 / 3600.0, kMilliSecond);
+    EXPECT_NEAR(v[1], 45.0 + 53.0 / 60.0 + 56.108 / 3600.0, kMilliSecond);
+    EXPECT_NEAR(v[2], 2.33722917, 1e-9);  // the Paris meridian, from Greenwich
+    EXPECT_NEAR(v[3], 46.8, 1e-9);        // 52 grads
+    // A cone whose least scale is above 1 cuts no parallel at true scale.
+    double a = 0.0, b = 0.0;
+    EXPECT_FALSE(ox::prj::lambert_true_scale_parallels(0.0066943800229, 0.8168, 0.8168, 1.0001, &a, &b));
+    ASSERT_TRUE(ox::prj::lambert_true_scale_parallels(0.0066943800229, 0.8168, 0.8168, 1.0, &a, &b));
+    EXPECT_EQ(a, 0.8168);
+    EXPECT_EQ(b, 0.8168);
+}
+
 TEST(PrjWrite, Refusals) {
     int32_t code = 0;
     // No legacy projection; a sphere-only form for an ellipsoid; a parameter
-    // the form has no line for (Lambert with one parallel and k0 < 1).
-    for (int32_t refused : {2065, 3035, 27572, 28992, 32661}) {
+    // the form has no line for (the scale factor of the polar aspect).
+    for (int32_t refused : {2065, 3035, 28992, 32661}) {
         Owned h = catalogue(refused);
         ASSERT_TRUE(h) << refused;
         EXPECT_EQ(written(h.get(), 0, &code), "") << refused;

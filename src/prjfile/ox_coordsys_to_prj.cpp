@@ -24,6 +24,7 @@ namespace {
 
 constexpr int32_t kMetre = 9001;
 constexpr int32_t kFootUs = 9003;
+constexpr int32_t kLambertConformalConic = 43020;
 constexpr double kRadiansPerDegree = 0.017453292519943295;
 // The seconds of an angle are written to the microsecond; from this on they
 // round up to the next minute.
@@ -305,6 +306,16 @@ int32_t projected(const ox_object *projcs, int32_t option, Record *r) {
     int32_t projection = obj_code(ox_projcs_projection(projcs));
     for (int i = 0; i < kProjectionWrittenAsCount; ++i)
         if (kProjectionWrittenAs[i].projection == projection) projection = kProjectionWrittenAs[i].written_as;
+    // A Lambert cone with a scale factor: its two parallels of true scale.
+    if (projection == kLambertConformalConic && !equal_rule(s.parameters[5], 1.0)) {
+        double poleward = 0.0, equatorward = 0.0;
+        if (!lambert_true_scale_parallels(s.spheroid[1], s.parameters[3], s.parameters[4], s.parameters[5], &poleward,
+                                          &equatorward))
+            return kCannotBuild;
+        s.parameters[3] = poleward;
+        s.parameters[4] = equatorward;
+        s.parameters[5] = 1.0;
+    }
     for (int i = 0; i < kProjectionFormCount; ++i) {
         const ProjectionForm &f = kProjectionForms[i];
         if (f.projection != projection && f.south != projection) continue;

@@ -205,6 +205,11 @@ inline constexpr int32_t kOptionExplicit = OX_PRJ_EXPLICIT;
 
 // Fills `r` from a coordinate system and an optional vertical system.
 int32_t convert(const ox_object *coordsys, const ox_object *vertcs, int32_t option, Record *r);
+// The two parallels (radians) on which a Lambert conformal conic with
+// standard parallels phi1 and phi2 (equal for one) and scale factor k0 has
+// true scale, the poleward one first; false when there are none (k0 > 1).
+bool lambert_true_scale_parallels(double e2, double phi1, double phi2, double k0, double *poleward,
+                                  double *equatorward);
 // Writes an angle in degrees, minutes and seconds ("  45 30  0.0"); `out`
 // holds 32 characters.
 void format_dms(double degrees, char out[32]);

@@ -242,9 +242,9 @@ ox_object *assemble(const char *name, ox_object *geogcs, ox_object *projection, 
 // ---------------------------------------------------------------------------
 ox_object *build_utm(const Record &r, int32_t *error) {
     const int32_t signed_zone = integer_field(r.zone);
+    if (signed_zone < -60 || signed_zone > 60 || signed_zone == 0) return fail(error, kCannotBuild);
     const bool south = signed_zone < 0;  // a negative zone is in the southern hemisphere
     const int32_t zone = south ? -signed_zone : signed_zone;
-    if (zone < 1 || zone > 60) return fail(error, kCannotBuild);
     Hold geogcs(geogcs_of_record(r, error));
     if (geogcs.h == nullptr) return nullptr;
     const int32_t gcs_code = obj_code(geogcs.h);

@@ -51,7 +51,9 @@ struct ZoneIndex {
         }
     }
     void sort() {
-        std::stable_sort(entries, entries + count, [](const ZoneEntry &a, const ZoneEntry &b) { return a.fips < b.fips; });
+        std::sort(entries, entries + count, [](const ZoneEntry &a, const ZoneEntry &b) {
+            return a.fips != b.fips ? a.fips < b.fips : a.code < b.code;
+        });
     }
     // The first entry of `fips` in `unit` (any unit for 0), or 0.
     int32_t find(int32_t fips, int32_t unit) const {
