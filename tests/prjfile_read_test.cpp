@@ -85,7 +85,7 @@ TEST(PrjValues, DegreesMinutesSecondsAndDecimals) {
     for (const Case &c : {Case{"-0 30 0", -0.5}, Case{"45 30 0", 45.5}, Case{"12.25", 12.25}, Case{"-117 15 0.0", -117.25},
                           Case{"  29 59 59.999996", 29.0 + 59.0 / 60.0 + 59.999996 / 3600.0}, Case{"45 30", 45.5},
                           Case{"0 -30 0", -0.5}, Case{"500000.0", 500000.0}, Case{"+1.5e3", 1500.0}, Case{".5", 0.5},
-                          Case{"7", 7.0}}) {
+                          Case{"7", 7.0}, Case{"45 30 ", 45.5}}) {
         double v = 0.0;
         ASSERT_TRUE(ox::prj::parameter_value(c.line, &v)) << c.line;
         EXPECT_DOUBLE_EQ(v, c.value) << c.line;

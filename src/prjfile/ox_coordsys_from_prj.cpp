@@ -43,7 +43,7 @@ constexpr Keyword kKeywords[] = {
     {"ZUNITS", 6, kZunits},
 };
 
-char *field_of(Record *r, Field f) {
+char *record_field(Record *r, Field f) {
     switch (f) {
         case kDatum: return r->datum;
         case kFipszone: return r->fipszone;
@@ -113,7 +113,7 @@ int32_t scan_line(const char *begin, const char *end, Record *r, bool *in_block)
         if (k.field == kParameters) {
             store(r->parameters[r->count++], rest, rest_end);
             *in_block = true;
-        } else if (char *f = field_of(r, k.field)) {
+        } else if (char *f = record_field(r, k.field)) {
             store(f, rest, rest_end);
         }
         return kOk;
@@ -209,7 +209,7 @@ bool decimal_in(const char *p, const char *end, double *value) {
     p = skip_spaces(p, end);
     end = trim_end(p, end);
     if (p < end && *p == '+') ++p;
-    if (p == end || *p == '+' || (*p == '-' && p + 1 < end && p[1] == '+')) return false;
+    if (p == end || *p == '+') return false;
     double v = 0.0;
     const auto r = std::from_chars(p, end, v);
     if (r.ec != std::errc() || r.ptr != end || !std::isfinite(v)) return false;  // junk, overflow, NaN
@@ -254,8 +254,6 @@ bool parameter_value(const char *line, double *value) {
         const char *t = s;
         while (t < end && !is_space(static_cast<unsigned char>(*t))) ++t;
         if (skip_spaces(t, end) != end || !decimal_in(s, t, &seconds)) return false;
-    } else if (p < end) {
-        return false;
     }
     if (degrees < 0) degrees = -degrees;
     if (minutes < 0) minutes = -minutes;

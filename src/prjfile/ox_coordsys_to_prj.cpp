@@ -22,9 +22,6 @@
 namespace ox::prj {
 namespace {
 
-constexpr int32_t kMetre = 9001;
-constexpr int32_t kFootUs = 9003;
-constexpr int32_t kLambertConformalConic = 43020;
 constexpr double kRadiansPerDegree = 0.017453292519943295;
 // The seconds of an angle are written to the microsecond; from this on they
 // round up to the next minute.
@@ -175,11 +172,12 @@ bool as_zone_or_grid(const ox_object *projcs, const ProjSetup &s, Record *r) {
     Record c;
     // UTM: the transverse Mercator of a zone, north or south.
     const double cm = s.parameters[2] / kRadiansPerDegree;
-    const double zone = std::round((cm + 183.0) / 6.0);
-    if (equal_rule(s.parameters[5], 0.9996) && equal_rule(s.parameters[0], 500000.0) && zone >= 1 && zone <= 60) {
+    const double zone = std::round((cm - utm_central_meridian(0)) / 6.0);  // the zone of the nearest meridian
+    if (equal_rule(s.parameters[5], kUtmScaleFactor) && equal_rule(s.parameters[0], kUtmFalseEasting) && zone >= 1 &&
+        zone <= 60) {
         c = *r;
         set(c.projection, kUtm);
-        const bool south = equal_rule(s.parameters[1], 10000000.0);
+        const bool south = equal_rule(s.parameters[1], kUtmFalseNorthingSouth);
         std::snprintf(c.zone, kFieldSize, "%d", static_cast<int>(south ? -zone : zone));
         if (reads_back(c, projcs)) {
             *r = c;
@@ -252,6 +250,8 @@ bool fill_form(const ProjectionForm &form, int32_t projection, const ox_object *
     bool carried[OX_PARAMETER_SLOTS] = {};
     for (int i = 0; i < form.count; ++i) {
         const LineDesc &d = form.lines[i];
+        if ((d.parameter != 0 && slot_of(d.parameter) < 0) || (d.parameter2 != 0 && slot_of(d.parameter2) < 0))
+            return false;
         if (d.parameter != 0) carried[slot_of(d.parameter)] = true;
         if (d.parameter2 != 0) {
             // One line for two parameters: they must agree.
@@ -386,11 +386,12 @@ void format_dms(double v, char out[32]) {
     size_t n = std::strlen(text);
     while (n > 0 && text[n - 1] == '0') text[--n] = '\0';
     if (n > 0 && text[n - 1] == '.') std::strcat(text, "0");
+    // "%4d %2d %s"; a zero degree field of a negative angle is "  -0".
     const int m = static_cast<int>(minutes);
-    if (degrees == 0.0 && v < 0.0)
-        std::snprintf(out, 32, "%4s %2d %s", "  -0", m, text);
-    else
-        std::snprintf(out, 32, "%4d %2d %s", static_cast<int>(v < 0.0 ? -degrees : degrees), m, text);
+    const int head = degrees == 0.0 && v < 0.0
+                         ? std::snprintf(out, 32, "%4s %2d ", "  -0", m)
+                         : std::snprintf(out, 32, "%4d %2d ", static_cast<int>(v < 0.0 ? -degrees : degrees), m);
+    copy_bounded(out + head, text, static_cast<size_t>(32 - head));
 }
 
 int32_t convert(const ox_object *coordsys, const ox_object *vertcs, int32_t option, Record *r) {

@@ -51,6 +51,26 @@ struct Record {
 
 void record_clear(Record *r);
 
+// Catalogue codes that the legacy format names directly.
+inline constexpr int32_t kMetre = 9001;
+inline constexpr int32_t kFoot = 9002;  // the international foot
+inline constexpr int32_t kFootUs = 9003;
+inline constexpr int32_t kDegree = 9102;
+inline constexpr int32_t kGreenwich = 8901;
+inline constexpr int32_t kGrs1980 = 7019;
+inline constexpr int32_t kNad27 = 4267;
+inline constexpr int32_t kNad83 = 4269;
+inline constexpr int32_t kNad83Harn = 4152;
+inline constexpr int32_t kOldHawaiian = 4135;
+inline constexpr int32_t kTransverseMercator = 43006;
+inline constexpr int32_t kLambertConformalConic = 43020;
+
+// The universal transverse Mercator zones 1 to 60, north and south.
+inline constexpr double kUtmFalseEasting = 500000.0;
+inline constexpr double kUtmFalseNorthingSouth = 10000000.0;
+inline constexpr double kUtmScaleFactor = 0.9996;
+inline constexpr double utm_central_meridian(int32_t zone) { return 6.0 * zone - 183.0; }
+
 // ---------------------------------------------------------------------------
 // Reading (ox_coordsys_from_prj.cpp).
 // ---------------------------------------------------------------------------

@@ -16,17 +16,6 @@
 namespace ox::prj {
 namespace {
 
-constexpr int32_t kMetre = 9001;
-constexpr int32_t kFootUs = 9003;
-constexpr int32_t kFoot = 9002;
-constexpr int32_t kDegree = 9102;
-constexpr int32_t kGreenwich = 8901;
-constexpr int32_t kNad83Harn = 4152;
-constexpr int32_t kOldHawaiian = 4135;
-constexpr int32_t kTransverseMercator = 43006;
-constexpr double kUtmFalseEasting = 500000.0;
-constexpr double kUtmFalseNorthingSouth = 10000000.0;
-constexpr double kUtmScaleFactor = 0.9996;
 constexpr const char *kUserDefined = "User_Defined";
 constexpr const char *kDefaultSpheroid = "CLARKE1866";  // the legacy default
 
@@ -226,15 +215,8 @@ ox_object *adapt(ox_object *projcs, const Record &r, int32_t *error) {
 // A projected system from its parts (all owned, deleted on failure).
 ox_object *assemble(const char *name, ox_object *geogcs, ox_object *projection, ox_object *params[OX_PARAMETER_SLOTS],
                     ox_object *unit, int32_t *error) {
-    ox_object *h = ox_projcs_new(name, geogcs, projection, params, unit);
-    if (h == nullptr) {
-        ox_geogcs_del(geogcs);
-        ox_projection_del(projection);
-        params_delete(params);
-        ox_unit_del(unit);
-        return fail(error, kCannotBuild);
-    }
-    return h;
+    ox_object *h = projcs_from_parts(name, geogcs, projection, params, unit);
+    return h ? h : fail(error, kCannotBuild);
 }
 
 // ---------------------------------------------------------------------------
@@ -256,7 +238,7 @@ ox_object *build_utm(const Record &r, int32_t *error) {
     // A zone the catalogue does not hold: the same construction on this datum.
     const cat::ParamValue values[] = {{kParFalseEasting, kUtmFalseEasting, nullptr},
                                       {kParFalseNorthing, south ? kUtmFalseNorthingSouth : 0.0, nullptr},
-                                      {kParCentralMeridian, 6.0 * zone - 183.0, nullptr},
+                                      {kParCentralMeridian, utm_central_meridian(zone), nullptr},
                                       {kParScaleFactor, kUtmScaleFactor, nullptr},
                                       {kParLatitudeOfOrigin, 0.0, nullptr}};
     ox_object *params[OX_PARAMETER_SLOTS];
@@ -299,9 +281,9 @@ ox_object *build_state_plane(const Record &r, int32_t *error) {
     if (r.datum[0] != '\0' && datum == nullptr) return fail(error, kCannotBuild);
     if (datum != nullptr && datum->geogcs == 0) datum = nullptr;  // "NONE": as if not given
     const SpheroidName *spheroid = spheroid_by_name(r.spheroid);
-    const bool nad83 = datum != nullptr ? datum->geogcs == 4269 || datum->geogcs == kNad83Harn
-                                        : spheroid != nullptr && spheroid->spheroid == 7019;
-    if (datum != nullptr && !nad83 && datum->geogcs != 4267 && datum->geogcs != kOldHawaiian)
+    const bool nad83 = datum != nullptr ? datum->geogcs == kNad83 || datum->geogcs == kNad83Harn
+                                        : spheroid != nullptr && spheroid->spheroid == kGrs1980;
+    if (datum != nullptr && !nad83 && datum->geogcs != kNad27 && datum->geogcs != kOldHawaiian)
         return fail(error, kCannotBuild);
     const StatePlaneGroup group = nad83 ? StatePlaneGroup::Nad83 : StatePlaneGroup::Nad27;
     Hold unit(linear_unit(r.units, error));

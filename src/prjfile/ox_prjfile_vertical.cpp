@@ -14,8 +14,6 @@
 namespace ox::prj {
 namespace {
 
-constexpr int32_t kMetre = 9001;
-constexpr int32_t kFootUs = 9003;
 constexpr const char *kVcsMarker = " - VCS# = ";
 
 // The vertical system that the zunits comment names, when its name is the

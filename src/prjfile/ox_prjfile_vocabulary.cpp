@@ -214,24 +214,6 @@ constexpr LineDesc kObliqueAzimuth[] = {
     {K::Latitude, kParLatitudeOfCenter, 0, "/* Latitude of projection's origin"},
     OX_FALSE_ORIGIN(kFeUpper, kFnUpper),
 };
-constexpr LineDesc kHotineTwoPoint[] = {
-    {K::Selector, 0, 0, kHotineType},
-    {K::Number, kParScaleFactor, 0, kHotineScale},
-    {K::Latitude, kParLatitudeOf1stPoint, 0, "/* Latitude of 1st point of central line of projection"},
-    {K::Longitude, kParLongitudeOf1stPoint, 0, "/* Longitude of 1st point of central line of projection"},
-    {K::Latitude, kParLatitudeOf2ndPoint, 0, "/* Latitude of 2nd point of central line of projection"},
-    {K::Longitude, kParLongitudeOf2ndPoint, 0, "/* Longitude of 2nd point of central line of projection"},
-    {K::Latitude, kParLatitudeOfCenter, 0, "/* Latitude of projection's center"},
-    OX_FALSE_ORIGIN(kFeUpper, kFnUpper),
-};
-constexpr LineDesc kHotineAzimuth[] = {
-    {K::Selector, 0, 0, kHotineType},
-    {K::Number, kParScaleFactor, 0, kHotineScale},
-    {K::Angle, kParAzimuth, 0, "/* Azimuth at center of projection"},
-    {K::Longitude, kParLongitudeOfCenter, 0, "/* Longitude of projection center"},
-    {K::Latitude, kParLatitudeOfCenter, 0, "/* Latitude of projection center"},
-    OX_FALSE_ORIGIN(kFeUpper, kFnUpper),
-};
 constexpr LineDesc kLocal[] = {
     {K::Longitude, kParLongitudeOfCenter, 0, "/* Longitude of the origin"},
     {K::Latitude, kParLatitudeOfCenter, 0, "/* Latitude of the origin"},
@@ -318,8 +300,8 @@ const ProjectionForm kProjectionForms[] = {
     {"TWO_POINT", 43031, 0, false, false, 0, OX_LINES(kTwoPoint)},
     {"OBLIQUE_MERCATOR", 43025, 1, false, false, 0, OX_LINES(kObliqueTwoPoint)},
     {"OBLIQUE_MERCATOR", 43036, 2, false, false, 0, OX_LINES(kObliqueAzimuth)},
-    {"HOTINE", 43035, 1, false, false, 0, OX_LINES(kHotineTwoPoint)},
-    {"HOTINE", 43037, 2, false, false, 0, OX_LINES(kHotineAzimuth)},
+    {"HOTINE", 43035, 1, false, false, 0, OX_LINES(kObliqueTwoPoint)},
+    {"HOTINE", 43037, 2, false, false, 0, OX_LINES(kObliqueAzimuth)},
     {"LOCAL", 43058, 0, false, false, 0, OX_LINES(kLocal)},
     {"SINUSOIDAL", 43008, 0, true, false, 0, OX_LINES(kSphereWorld)},
     {"MILLER", 43003, 0, true, true, 0, OX_LINES(kSphereWorld)},

@@ -13,11 +13,6 @@
 namespace ox::prj {
 namespace {
 
-constexpr double kUtmFalseEasting = 500000.0;
-constexpr double kUtmFalseNorthingSouth = 10000000.0;
-constexpr double kUtmScaleFactor = 0.9996;
-constexpr int32_t kTransverseMercator = 43006;
-constexpr int32_t kMetre = 9001;
 
 // The FIPS code of a state plane name: the four digits after "FIPS_".
 int32_t fips_of(const char *name) {
@@ -92,8 +87,6 @@ double row_value(const cat::ProjcsRow &r, int32_t code) {
         if (cat::kParams[r.first + i].code == code) return cat::kParams[r.first + i].value;
     return NAN;
 }
-
-double utm_central_meridian(int32_t zone) { return 6.0 * zone - 183.0; }
 
 bool utm_values(double fe, double fn, double cm, double k, double lat0, int32_t zone, bool south) {
     return equal_rule(fe, kUtmFalseEasting) && equal_rule(fn, south ? kUtmFalseNorthingSouth : 0.0) &&
