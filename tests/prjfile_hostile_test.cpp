@@ -85,6 +85,10 @@ TEST(PrjHostile, PathsThatAreNoLegacyFiles) {
     EXPECT_EQ(file_error(path), 0);
     write_file(path, "");
     EXPECT_EQ(file_error(path), OX_PRJ_NO_TEXT);
+    // A file that opens but cannot be read.
+    if (std::ifstream("/proc/self/mem").good()) {
+        EXPECT_EQ(file_error("/proc/self/mem"), OX_PRJ_CANNOT_OPEN);
+    }
     // An unreadable file (a privileged user reads it all the same).
     write_file(path, "PROJECTION GEOGRAPHIC\nUNITS DD\n");
     ASSERT_EQ(chmod(path.c_str(), 0), 0);

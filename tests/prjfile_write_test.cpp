@@ -63,6 +63,9 @@ TEST(PrjWrite, LabelsAndLayout) {
     EXPECT_EQ(written(sp.get()),
               "Projection    STATEPLANE\nFipszone      405\nDatum         NAD83\nSpheroid      GRS1980\n"
               "Units         FEET\nZunits        NO\n");
+    // The FIPS zone comes from the name, one leading zero removed.
+    Owned texas = catalogue(32039);
+    EXPECT_NE(written(texas.get()).find("\nFipszone      4203\nDatum         NAD27\n"), std::string::npos);
     Owned geographic = catalogue(4267);
     EXPECT_EQ(written(geographic.get()),
               "Projection    GEOGRAPHIC\nDatum         NAD27\nSpheroid      CLARKE1866\nUnits         DD\n"
