@@ -54,15 +54,7 @@ ox_object *geogcs_of_parts(const char *gcs, const char *datum, ox_object *sphero
         ox_spheroid_del(spheroid);
         return nullptr;
     }
-    ox_object *primem = ox_factory_primem(kGreenwich);
-    ox_object *unit = ox_factory_unit(kDegree);
-    ox_object *g = ox_geogcs_new(gcs, d, primem, unit);
-    if (g == nullptr) {
-        ox_datum_del(d);
-        ox_primem_del(primem);
-        ox_unit_del(unit);
-    }
-    return g;
+    return geogcs_from_parts(gcs, d, ox_factory_primem(kGreenwich), ox_factory_unit(kDegree));
 }
 
 // "GCS_User_Defined" on "D_User_Defined" with a spheroid of these values.
@@ -389,18 +381,11 @@ ox_object *build_geographic(const Record &r, int32_t *error) {
     Hold unit(ox_factory_unit(named->unit));
     if (unit.h == nullptr) return fail(error, kCannotBuild);
     if (ox_unit_eq(unit.h, ox_geogcs_unit(geogcs.h))) return geogcs.release();
-    ox_object *datum = ox_datum_clone(ox_geogcs_datum(geogcs.h));
-    ox_object *primem = ox_primem_clone(ox_geogcs_primem(geogcs.h));
     char name[OX_NAME_SIZE];
     join_name(name, geogcs.h->name, "_AltUnits");
-    ox_object *h = ox_geogcs_new(name, datum, primem, unit.h);
-    if (h == nullptr) {
-        ox_datum_del(datum);
-        ox_primem_del(primem);
-        return fail(error, kCannotBuild);
-    }
-    unit.release();
-    return h;
+    ox_object *h = geogcs_from_parts(name, ox_datum_clone(ox_geogcs_datum(geogcs.h)),
+                                     ox_primem_clone(ox_geogcs_primem(geogcs.h)), unit.release());
+    return h ? h : fail(error, kCannotBuild);
 }
 
 }  // namespace
