@@ -171,6 +171,23 @@ std::shared_ptr<Handle> from_string(const std::string &text) {
     return wrap(ox_coordsys_from_string(text.c_str()));
 }
 
+// A legacy projection file's text: (the system or None, the error code).
+std::pair<std::shared_ptr<Handle>, int32_t> from_prjstring(const std::string &text) {
+    if (text.find('\0') != std::string::npos) return {nullptr, -102};
+    int32_t error = 0;
+    ox_object *h = ox_coordsys_from_prjstring(text.c_str(), &error);
+    return {wrap(h), error};
+}
+
+// The legacy projection file of a system: (the text, the error code).
+std::pair<std::string, int32_t> to_prjstring(const Handle &handle) {
+    std::vector<char> buffer(OX_PRJSTRING_SIZE, '\0');
+    int32_t error = 0;
+    if (handle.kind() != Kind::kProjcs && handle.kind() != Kind::kGeogcs) return {"", -200};
+    ox_coordsys_to_prjstring(handle.get(), 0, buffer.data(), &error);
+    return {buffer.data(), error};
+}
+
 std::shared_ptr<Handle> geographic_of(const Handle &projcs) {
     if (projcs.kind() != Kind::kProjcs) return nullptr;
     return wrap(ox_geogcs_clone(ox_projcs_geogcs(projcs.get())));
@@ -420,6 +437,8 @@ PYBIND11_MODULE(_ox, m) {
         .def("authority", &Handle::authority);
     m.def("from_code", &from_code, py::arg("kind"), py::arg("code"));
     m.def("from_string", &from_string, py::arg("text"));
+    m.def("from_prjstring", &from_prjstring, py::arg("text"));
+    m.def("to_prjstring", &to_prjstring, py::arg("handle"));
     m.def("defstring_to_int", [](const std::string &text) { return ox_factory_defstring_to_int(text.c_str()); });
     m.def("geographic_of", &geographic_of);
     m.def("convert", &convert, py::arg("handle"), py::arg("inverse"), py::arg("a"), py::arg("b") = py::none(),

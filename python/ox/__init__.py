@@ -96,9 +96,14 @@ def _handle(spec, kinds):
             if _os.path.isfile(text):
                 with open(text, "r", encoding="utf-8", errors="replace") as f:
                     content = f.read(1 << 20)
-                if "[" not in content:
-                    raise ValueError("the file %r holds no object string" % text)
-                return _handle(content, kinds)
+                if "[" in content:
+                    return _handle(content, kinds)
+                # A legacy keyword-per-line projection file.
+                h, error = _ox.from_prjstring(content)
+                if h is None or h.kind not in kinds:
+                    raise ValueError("the file %r holds neither an object string nor a legacy projection file "
+                                     "the library reads as a system (error %d)" % (text, error))
+                return h
             raise ValueError("%r is neither a code, a definition string, an object string nor a file" % text)
     else:
         raise ValueError("a coordinate system needs a code or a text, not %s" % type(spec).__name__)
@@ -225,7 +230,8 @@ class CoordinateSystem(_Object):
     ``CoordinateSystem(spec)`` takes a catalogue code (``32633``,
     ``"EPSG:32633"``; a plain code names a projected system first, then a
     geographic, then a vertical one), a definition string, an object string
-    or the name of a file holding one; ValueError says what was wrong.
+    or the name of a file holding one or a legacy projection file;
+    ValueError says what was wrong.
     """
 
     __slots__ = ()
@@ -258,6 +264,14 @@ class CoordinateSystem(_Object):
             x, y = [x], [y]
         return _result(_ox.convert(self._h, inverse, x, y, None, out, inplace, center), scalar and y is not None,
                        return_count)
+
+    def to_prj(self):
+        """The legacy keyword-per-line projection file of the system (a
+        projected or geographic one); ValueError when it has no legacy form."""
+        text, error = _ox.to_prjstring(self._h)
+        if error != 0 or not text:
+            raise ValueError("%r has no legacy projection file form (error %d)" % (self, error))
+        return text
 
     def project(self, x, y=None, *, out=None, inplace=False, return_count=False):
         """Projects longitudes and latitudes (in the angular unit of the

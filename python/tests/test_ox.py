@@ -161,6 +161,19 @@ def test_bad_specifications_raise_value_errors_that_say_why(spec):
     assert str(e.value)
 
 
+def test_legacy_projection_files(utm, tmp_path):
+    text = utm.to_prj()
+    assert "ZONE" in text.upper() and "UTM" in text.upper()
+    path = tmp_path / "utm.prj"
+    path.write_text(text)
+    assert ox.CoordinateSystem(str(path)) == utm
+    bad = tmp_path / "bad.prj"
+    bad.write_text("PROJECTION NO_SUCH_THING\nPARAMETERS\n")
+    with pytest.raises(ValueError) as e:
+        ox.CoordinateSystem(str(bad))
+    assert "error" in str(e.value)
+
+
 def test_pickling_round_trips(utm):
     text_made = ox.CoordinateSystem(utm.to_string(authority=1))
     for system in (utm, ox.CoordinateSystem(4326), ox.CoordinateSystem(27700), text_made):
