@@ -780,6 +780,37 @@ OX_API double ox_phi_to_eta(double e2, double phi);
 OX_API double ox_eta_to_phi(double e2, double eta);
 
 /* ------------------------------------------------------------------------ */
+/* Geodesics (the shortest lines on the ellipsoid)                          */
+/*                                                                          */
+/* Karney's algorithms (J. Geodesy 87, 2013), series to order 6: distances  */
+/* within 15 nanometres on the Earth, nearly antipodal points, meridians,   */
+/* the equator, the poles and coincident points included; on a sphere       */
+/* (|e2| < 2^-48) the closed formulas of spherical trigonometry.  Angles in */
+/* radians; azimuths clockwise from north in [-pi, pi]; `a` in any length   */
+/* unit (the distance is in the same unit).  Accepted: a finite a > 0,      */
+/* 0 <= e2 <= 0.04 (flattening up to about 1/50), finite longitudes,        */
+/* latitudes within [-pi/2, pi/2] (the double nearest pi/2 is the pole),    */
+/* finite distances and azimuths.  Anything else returns 0 and sets every   */
+/* output that is not null to the failure NaN.  Outputs may be null.        */
+/* ------------------------------------------------------------------------ */
+
+/**
+ * Inverse problem: the length of the shortest geodesic between two points,
+ * the azimuth at point 1 towards point 2 (`azimuth12`) and the azimuth at
+ * point 2 back towards point 1 (`azimuth21`: the forward azimuth of the
+ * geodesic at point 2 plus pi, reduced to (-pi, pi]).  Returns 1, or 0.
+ */
+OX_API int32_t ox_geodesic_distance(double a, double e2, double lon1, double lat1, double lon2, double lat2,
+                                    double *distance, double *azimuth12, double *azimuth21);
+/**
+ * Direct problem: the point reached from (lon1, lat1) along the geodesic that
+ * leaves it at `azimuth` after `distance` (negative: backwards); `lon2` is
+ * reduced to [-pi, pi].  Returns 1, or 0.
+ */
+OX_API int32_t ox_geodesic_coordinate(double a, double e2, double lon1, double lat1, double distance,
+                                      double azimuth, double *lon2, double *lat2);
+
+/* ------------------------------------------------------------------------ */
 /* Transformation methods and geographic transformations                    */
 /* ------------------------------------------------------------------------ */
 
