@@ -168,6 +168,11 @@ struct Ellipsoid {
     double c3x[kTerms3][kTerms3];  // C3_l = sum_p c3x[l-1][p-1] eps^p
 };
 
+// max and min of values that are not NaN (without the library calls that
+// std::fmax and std::fmin compile to).
+inline double larger(double x, double y) { return x > y ? x : y; }
+inline double smaller(double x, double y) { return x < y ? x : y; }
+
 inline double poly2(const double (&c)[3], double x) { return c[0] + x * (c[1] + x * c[2]); }
 
 // The constants of the ellipsoid (a, e2), 0 <= e2 <= kMaxE2.
@@ -179,7 +184,7 @@ void make_ellipsoid(double a, double e2, Ellipsoid &el) {
     el.b = a * el.f1;
     el.ep2 = e2 / (1.0 - e2);
     el.n = third_flattening(e2);
-    el.etol2 = 0.1 * kTol2 / std::sqrt(std::fmax(0.001, el.f) * std::fmin(1.0, 1.0 - el.f / 2.0) / 2.0);
+    el.etol2 = 0.1 * kTol2 / std::sqrt(larger(0.001, el.f) * smaller(1.0, 1.0 - el.f / 2.0) / 2.0);
     for (int p = 0; p <= kTerms3; ++p) el.a3x[p] = poly2(kA3[p], el.n);
     for (int l = 0; l < kTerms3; ++l)
         for (int p = 0; p < kTerms3; ++p) el.c3x[l][p] = poly2(kC3[l][p], el.n);
@@ -271,24 +276,29 @@ inline double angle_round(double x) {
     return std::copysign(z, x);
 }
 
-// Distance (s12 / b) and, when asked, reduced length (m12 / b) between the
-// points sigma1 and sigma2 of a geodesic with parameter eps (eqs. 7, 38-42).
-void lengths(double eps, double sig12, double ssig1, double csig1, double dn1, double ssig2, double csig2,
-             double dn2, double *s12b, double *m12b) {
+// Distance (s12 / b) between the points sigma1 and sigma2 of a geodesic with
+// parameter eps (eqs. 7, 15).
+double distance_b(double eps, double sig12, double ssig1, double csig1, double ssig2, double csig2) {
     double c1[kTerms + 1];
     series_coefficients(kC1, eps, c1);
-    const double a1 = a1m1(eps);
     const double b1 = sin_series(c1, kTerms, ssig2, csig2) - sin_series(c1, kTerms, ssig1, csig1);
-    if (s12b != nullptr) *s12b = (1.0 + a1) * (sig12 + b1);
-    if (m12b != nullptr) {
-        double c2[kTerms + 1];
-        series_coefficients(kC2, eps, c2);
-        const double a2 = a2m1(eps);
-        const double b2 = sin_series(c2, kTerms, ssig2, csig2) - sin_series(c2, kTerms, ssig1, csig1);
-        // J12 = I1(sigma12) - I2(sigma12), the constant parts as A1 - A2 without cancellation
-        const double j12 = (a1 - a2) * sig12 + ((1.0 + a1) * b1 - (1.0 + a2) * b2);
-        *m12b = dn2 * (csig1 * ssig2) - dn1 * (ssig1 * csig2) - csig1 * csig2 * j12;
-    }
+    return (1.0 + a1m1(eps)) * (sig12 + b1);
+}
+
+// Reduced length (m12 / b) between them (eqs. 38-42): with J(sigma) =
+// I1(sigma) - I2(sigma) = (A1 - A2) sigma + sum (A1 C1_l - A2 C2_l) sin 2l sigma
+// (one series for both integrals),
+// m12 / b = dn2 cos sigma1 sin sigma2 - dn1 sin sigma1 cos sigma2 - cos sigma1 cos sigma2 J12.
+double reduced_length_b(double eps, double sig12, double ssig1, double csig1, double dn1, double ssig2, double csig2,
+                        double dn2) {
+    double c1[kTerms + 1], c2[kTerms + 1];
+    series_coefficients(kC1, eps, c1);
+    series_coefficients(kC2, eps, c2);
+    const double a1 = a1m1(eps), a2 = a2m1(eps);
+    for (int l = 1; l <= kTerms; ++l) c1[l] = (1.0 + a1) * c1[l] - (1.0 + a2) * c2[l];
+    // (A1 - A2 formed from A1 - 1 and A2 - 1, without cancellation)
+    const double j12 = (a1 - a2) * sig12 + (sin_series(c1, kTerms, ssig2, csig2) - sin_series(c1, kTerms, ssig1, csig1));
+    return dn2 * (csig1 * ssig2) - dn1 * (ssig1 * csig2) - csig1 * csig2 * j12;
 }
 
 // The positive root k of k^4 + 2k^3 - (x^2 + y^2 - 1) k^2 - 2y^2 k - y^2 = 0
@@ -369,7 +379,7 @@ double inverse_start(const Ellipsoid &el, const Points &p, double &salp1, double
         const double y = sbet12a / betscale;
         if (y > -kTol1 && x > -1.0 - kAstroidThreshold) {
             // On or next to the cut: the azimuth follows from x alone (eq. 56).
-            salp1 = std::fmin(1.0, -x);
+            salp1 = smaller(1.0, -x);
             calp1 = -std::sqrt(1.0 - salp1 * salp1);
         } else {
             // The astroid's root gives omega12 and a better spherical estimate (eq. 57).
@@ -421,9 +431,9 @@ double lambda12(const Ellipsoid &el, const Points &p, double salp1, double calp1
     o.csig2 = o.calp2 * p.cbet2;
     const double comg2 = o.csig2;
     normalize(o.ssig2, o.csig2);
-    o.sig12 = std::atan2(std::fmax(0.0, o.csig1 * o.ssig2 - o.ssig1 * o.csig2), o.csig1 * o.csig2 + o.ssig1 * o.ssig2);
+    o.sig12 = std::atan2(larger(0.0, o.csig1 * o.ssig2 - o.ssig1 * o.csig2), o.csig1 * o.csig2 + o.ssig1 * o.ssig2);
     // omega12 - lambda12 directly, without forming omega12 first.
-    const double somg12 = std::fmax(0.0, comg1 * somg2 - somg1 * comg2);
+    const double somg12 = larger(0.0, comg1 * somg2 - somg1 * comg2);
     const double comg12 = comg1 * comg2 + somg1 * somg2;
     const double eta = std::atan2(somg12 * p.clam12 - comg12 * p.slam12, comg12 * p.clam12 + somg12 * p.slam12);
     const double k2 = square(calp0) * el.ep2;
@@ -436,8 +446,7 @@ double lambda12(const Ellipsoid &el, const Points &p, double salp1, double calp1
         if (o.calp2 == 0.0) {
             derivative = -2.0 * el.f1 * p.dn1 / p.sbet1;
         } else {
-            double m12b;
-            lengths(o.eps, o.sig12, o.ssig1, o.csig1, p.dn1, o.ssig2, o.csig2, p.dn2, nullptr, &m12b);
+            const double m12b = reduced_length_b(o.eps, o.sig12, o.ssig1, o.csig1, p.dn1, o.ssig2, o.csig2, p.dn2);
             derivative = m12b * el.f1 / (o.calp2 * p.cbet2);
         }
     }
@@ -478,12 +487,12 @@ void inverse(const Ellipsoid &el, double lon1, double lat1, double lon2, double 
     p.sbet1 = el.f1 * sphi;
     p.cbet1 = cphi;
     normalize(p.sbet1, p.cbet1);
-    p.cbet1 = std::fmax(kTiny, p.cbet1);
+    p.cbet1 = larger(kTiny, p.cbet1);
     latitude_sincos(lat2, sphi, cphi);
     p.sbet2 = el.f1 * sphi;
     p.cbet2 = cphi;
     normalize(p.sbet2, p.cbet2);
-    p.cbet2 = std::fmax(kTiny, p.cbet2);
+    p.cbet2 = larger(kTiny, p.cbet2);
     // Equal |beta| made exactly equal, which the formulas of lambda12 test.
     if (p.cbet1 < -p.sbet1) {
         if (p.cbet2 == p.cbet1) p.sbet2 = std::copysign(p.sbet1, p.sbet2);
@@ -503,9 +512,9 @@ void inverse(const Ellipsoid &el, double lon1, double lat1, double lon2, double 
         salp2 = 0.0;
         const double ssig1 = p.sbet1, csig1 = calp1 * p.cbet1;
         const double ssig2 = p.sbet2, csig2 = calp2 * p.cbet2;
-        double sig12 = std::atan2(std::fmax(0.0, csig1 * ssig2 - ssig1 * csig2), csig1 * csig2 + ssig1 * ssig2);
-        double m12x;
-        lengths(el.n, sig12, ssig1, csig1, p.dn1, ssig2, csig2, p.dn2, &s12x, &m12x);
+        double sig12 = std::atan2(larger(0.0, csig1 * ssig2 - ssig1 * csig2), csig1 * csig2 + ssig1 * ssig2);
+        s12x = distance_b(el.n, sig12, ssig1, csig1, ssig2, csig2);
+        const double m12x = reduced_length_b(el.n, sig12, ssig1, csig1, p.dn1, ssig2, csig2, p.dn2);
         // Over the pole the meridian is the shortest line unless the reduced
         // length turned negative (beyond the conjugate point).
         if (sig12 < 1.0 || m12x >= 0.0) {
@@ -569,8 +578,7 @@ void inverse(const Ellipsoid &el, double lon1, double lat1, double lon2, double 
             }
             salp2 = o.salp2;
             calp2 = o.calp2;
-            lengths(o.eps, o.sig12, o.ssig1, o.csig1, p.dn1, o.ssig2, o.csig2, p.dn2, &s12x, nullptr);
-            s12x *= el.b;
+            s12x = el.b * distance_b(o.eps, o.sig12, o.ssig1, o.csig1, o.ssig2, o.csig2);
         }
     }
     s12 = 0.0 + s12x;  // no negative zero
@@ -592,7 +600,7 @@ void direct(const Ellipsoid &el, double lon1, double lat1, double azi1, double s
     latitude_sincos(angle_round(lat1), sphi, cphi);
     double sbet1 = el.f1 * sphi, cbet1 = cphi;
     normalize(sbet1, cbet1);
-    cbet1 = std::fmax(kTiny, cbet1);
+    cbet1 = larger(kTiny, cbet1);
     const double azi = angle_round(azi1);
     const double salp1 = std::sin(azi), calp1 = std::cos(azi);
     const double salp0 = salp1 * cbet1;

@@ -38,5 +38,8 @@ int cmd_unproject(int argc, char **argv);
 int cmd_info(int argc, char **argv);
 int cmd_list(int argc, char **argv);
 int cmd_code(int argc, char **argv);
+int cmd_georef(int argc, char **argv);
+int cmd_mgrs(int argc, char **argv);
+int cmd_geodesic(int argc, char **argv);
 
 }  // namespace oxtool
