@@ -39,47 +39,62 @@ struct Refs {
     }
 };
 
-void BM_MgrsEncode(benchmark::State &state) {
+// Encodes kPoints random points per iteration with `encode`.
+template <class Encode>
+void encode_points(benchmark::State &state, int size, uint64_t seed, Encode encode) {
     ox_object *gcs = ox_factory_geogcs(4326);
-    const auto pts = random_points(kPoints, 1);
-    Refs refs(kPoints, OX_MGRS_SIZE);
-    const int digits = static_cast<int>(state.range(0));
-    for (auto _ : state) benchmark::DoNotOptimize(ox_geog_to_mgrs(gcs, kPoints, pts.data(), digits, 0, refs.ptrs.data()));
+    const auto pts = random_points(kPoints, seed);
+    Refs refs(kPoints, size);
+    for (auto _ : state) benchmark::DoNotOptimize(encode(gcs, pts.data(), refs.ptrs.data()));
     state.SetItemsProcessed(state.iterations() * kPoints);
     ox_geogcs_del(gcs);
+}
+
+// Decodes the references of kPoints random points (written by `encode`)
+// per iteration with `decode`.
+template <class Encode, class Decode>
+void decode_points(benchmark::State &state, int size, uint64_t seed, Encode encode, Decode decode) {
+    ox_object *gcs = ox_factory_geogcs(4326);
+    const auto pts = random_points(kPoints, seed);
+    Refs refs(kPoints, size);
+    encode(gcs, pts.data(), refs.ptrs.data());
+    std::vector<double> out(2 * static_cast<size_t>(kPoints));
+    for (auto _ : state) benchmark::DoNotOptimize(decode(gcs, refs.ptrs.data(), out.data()));
+    state.SetItemsProcessed(state.iterations() * kPoints);
+    ox_geogcs_del(gcs);
+}
+
+void BM_MgrsEncode(benchmark::State &state) {
+    const int digits = static_cast<int>(state.range(0));
+    encode_points(state, OX_MGRS_SIZE, 1, [digits](ox_object *gcs, const double *pts, char **refs) {
+        return ox_geog_to_mgrs(gcs, kPoints, pts, digits, 0, refs);
+    });
 }
 
 void BM_MgrsDecode(benchmark::State &state) {
-    ox_object *gcs = ox_factory_geogcs(4326);
-    const auto pts = random_points(kPoints, 2);
-    Refs refs(kPoints, OX_MGRS_SIZE);
-    ox_geog_to_mgrs(gcs, kPoints, pts.data(), static_cast<int>(state.range(0)), 0, refs.ptrs.data());
-    std::vector<double> out(2 * static_cast<size_t>(kPoints));
+    const int digits = static_cast<int>(state.range(0));
     const int mode = state.range(1) != 0 ? OX_MGRS_CENTER : 0;
-    for (auto _ : state)
-        benchmark::DoNotOptimize(ox_mgrs_to_geog_extended(gcs, kPoints, refs.ptrs.data(), mode, out.data()));
-    state.SetItemsProcessed(state.iterations() * kPoints);
-    ox_geogcs_del(gcs);
+    decode_points(
+        state, OX_MGRS_SIZE, 2,
+        [digits](ox_object *gcs, const double *pts, char **refs) {
+            return ox_geog_to_mgrs(gcs, kPoints, pts, digits, 0, refs);
+        },
+        [mode](ox_object *gcs, char **refs, double *out) {
+            return ox_mgrs_to_geog_extended(gcs, kPoints, refs, mode, out);
+        });
 }
 
 void BM_GeorefEncode(benchmark::State &state) {
-    ox_object *gcs = ox_factory_geogcs(4326);
-    const auto pts = random_points(kPoints, 3);
-    Refs refs(kPoints, OX_GEOREF_SIZE);
-    for (auto _ : state) benchmark::DoNotOptimize(ox_geog_to_georef(gcs, kPoints, pts.data(), 6, 0, refs.ptrs.data()));
-    state.SetItemsProcessed(state.iterations() * kPoints);
-    ox_geogcs_del(gcs);
+    encode_points(state, OX_GEOREF_SIZE, 3, [](ox_object *gcs, const double *pts, char **refs) {
+        return ox_geog_to_georef(gcs, kPoints, pts, 6, 0, refs);
+    });
 }
 
 void BM_GeorefDecode(benchmark::State &state) {
-    ox_object *gcs = ox_factory_geogcs(4326);
-    const auto pts = random_points(kPoints, 4);
-    Refs refs(kPoints, OX_GEOREF_SIZE);
-    ox_geog_to_georef(gcs, kPoints, pts.data(), 6, 0, refs.ptrs.data());
-    std::vector<double> out(2 * static_cast<size_t>(kPoints));
-    for (auto _ : state) benchmark::DoNotOptimize(ox_georef_to_geog(gcs, kPoints, refs.ptrs.data(), out.data()));
-    state.SetItemsProcessed(state.iterations() * kPoints);
-    ox_geogcs_del(gcs);
+    decode_points(
+        state, OX_GEOREF_SIZE, 4,
+        [](ox_object *gcs, const double *pts, char **refs) { return ox_geog_to_georef(gcs, kPoints, pts, 6, 0, refs); },
+        [](ox_object *gcs, char **refs, double *out) { return ox_georef_to_geog(gcs, kPoints, refs, out); });
 }
 
 // Pairs of points in radians: random over the globe (range 0), or within

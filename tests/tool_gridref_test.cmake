@@ -4,17 +4,7 @@
 # -DWORK=<scratch directory>.
 file(MAKE_DIRECTORY "${WORK}")
 
-function(check name expected_rc expected_out input)
-  file(WRITE "${WORK}/${name}.in" "${input}")
-  execute_process(COMMAND ${ARGN} INPUT_FILE "${WORK}/${name}.in" OUTPUT_VARIABLE out ERROR_VARIABLE err
-                  RESULT_VARIABLE rc)
-  if(NOT rc STREQUAL expected_rc)
-    message(FATAL_ERROR "${name}: exit status ${rc}, expected ${expected_rc} (${err})")
-  endif()
-  if(NOT out STREQUAL expected_out)
-    message(FATAL_ERROR "${name}: output\n${out}expected\n${expected_out}")
-  endif()
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/tool_check.cmake)
 
 # GEOREF
 check(georef 0 "AAAA3030\nMKPG1204 kept columns\n" "-179.5 -89.5\n-1.8 51.06666666667 kept columns\n"

@@ -8,7 +8,6 @@
 
 #include "gridref/ox_gridref.h"
 #include "object/ox_object.h"
-#include "object/ox_utils.h"
 
 namespace ox {
 
@@ -124,10 +123,7 @@ using namespace ox;
 
 extern "C" OX_API int32_t ox_geog_to_georef(const ox_object *geogcs, int32_t n, const double *coords, int32_t digits,
                                             int32_t round, char **refs) {
-    if (n < 1 || refs == nullptr) return 0;
-    for (int32_t i = 0; i < n; ++i)
-        if (refs[i] != nullptr) refs[i][0] = '\0';
-    if (coords == nullptr || ox_geogcs_p(geogcs) == 0) return 0;
+    if (!clear_references(n, refs) || coords == nullptr || ox_geogcs_p(geogcs) == 0) return 0;
     const double unit = ox_unit_factor(ox_geogcs_unit(geogcs));
     if (digits < kMinDigits) digits = kMinDigits;
     if (digits > kMaxDigits) digits = kMaxDigits;
@@ -158,10 +154,7 @@ extern "C" OX_API int32_t ox_geog_to_georef(const ox_object *geogcs, int32_t n, 
 }
 
 extern "C" OX_API int32_t ox_georef_to_geog(const ox_object *geogcs, int32_t n, char **refs, double *coords) {
-    if (n < 1 || coords == nullptr) return 0;
-    const double nan = failure_nan();
-    for (size_t i = 0; i < 2 * static_cast<size_t>(n); ++i) coords[i] = nan;
-    if (refs == nullptr || ox_geogcs_p(geogcs) == 0) return 0;
+    if (!clear_coordinates(n, coords) || refs == nullptr || ox_geogcs_p(geogcs) == 0) return 0;
     const double unit = ox_unit_factor(ox_geogcs_unit(geogcs));
     int32_t count = 0;
     for (int32_t i = 0; i < n; ++i) {

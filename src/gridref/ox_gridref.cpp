@@ -3,6 +3,9 @@
 #include "gridref/ox_gridref.h"
 
 #include <cmath>
+#include <cstddef>
+
+#include "object/ox_utils.h"
 
 namespace ox {
 
@@ -22,6 +25,20 @@ bool geog_frame(const ox_object *geogcs, GeogFrame *frame) {
     frame->a = a;
     frame->e2 = f * (2.0 - f);
     frame->inverse_flattening = f > 0.0 ? 1.0 / f : 0.0;
+    return true;
+}
+
+bool clear_references(int32_t n, char **refs) {
+    if (n < 1 || refs == nullptr) return false;
+    for (int32_t i = 0; i < n; ++i)
+        if (refs[i] != nullptr) refs[i][0] = '\0';
+    return true;
+}
+
+bool clear_coordinates(int32_t n, double *coords) {
+    if (n < 1 || coords == nullptr) return false;
+    const double nan = failure_nan();
+    for (size_t i = 0; i < 2 * static_cast<size_t>(n); ++i) coords[i] = nan;
     return true;
 }
 

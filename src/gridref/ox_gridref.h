@@ -25,6 +25,13 @@ struct GeogFrame {
 // spheroid that no conversion can use.
 bool geog_frame(const ox_object *geogcs, GeogFrame *frame);
 
+// The start of every encoder: each reference set to "" (null entries
+// skipped); false when there is no array to write into (n < 1 or null).
+bool clear_references(int32_t n, char **refs);
+// The start of every decoder: each coordinate set to the failure value;
+// false when there is no array to write into (n < 1 or null).
+bool clear_coordinates(int32_t n, double *coords);
+
 // Writes `value` in decimal with at least `width` digits (leading zeros) and
 // returns the end (no terminator written).
 char *put_decimal(char *out, uint64_t value, int width);

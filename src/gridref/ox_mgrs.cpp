@@ -32,7 +32,6 @@
 #include <cstring>
 
 #include "gridref/ox_gridref.h"
-#include "object/ox_utils.h"
 #include "projection/ox_math.h"
 
 namespace ox {
@@ -469,12 +468,9 @@ double cell_size(int digits) { return kPow10[5] / kPow10[digits]; }
 
 int32_t encode(const ox_object *geogcs, int32_t n, const double *coords, int32_t digits, int32_t round, int32_t mode,
                char **refs) {
-    if (n < 1 || refs == nullptr) return 0;
-    for (int32_t i = 0; i < n; ++i)
-        if (refs[i] != nullptr) refs[i][0] = '\0';
     GeogFrame f;
     bool older = false;
-    if (coords == nullptr || !geog_frame(geogcs, &f) || !lettering_of(mode, OX_MGRS_SPACES, f, &older)) return 0;
+    if (!clear_references(n, refs) || coords == nullptr || !geog_frame(geogcs, &f) || !lettering_of(mode, OX_MGRS_SPACES, f, &older)) return 0;
     const ox_projection_routine forward = tm_routine(false);
     if (forward == nullptr) return 0;
     if (digits < 0) digits = 0;
@@ -605,12 +601,9 @@ void decode_utm_block(const Utm &utm, ox_projection_routine inverse, const GeogF
 }
 
 int32_t decode(const ox_object *geogcs, int32_t n, char **refs, int32_t mode, double *coords) {
-    if (n < 1 || coords == nullptr) return 0;
-    const double nan = failure_nan();
-    for (size_t i = 0; i < 2 * static_cast<size_t>(n); ++i) coords[i] = nan;
     GeogFrame f;
     bool older = false;
-    if (refs == nullptr || !geog_frame(geogcs, &f) || !lettering_of(mode, OX_MGRS_CENTER, f, &older)) return 0;
+    if (!clear_coordinates(n, coords) || refs == nullptr || !geog_frame(geogcs, &f) || !lettering_of(mode, OX_MGRS_CENTER, f, &older)) return 0;
     const ox_projection_routine inverse = tm_routine(true);
     if (inverse == nullptr) return 0;
     const bool centre = (mode & OX_MGRS_CENTER) != 0;

@@ -126,6 +126,7 @@ bool parse_number(const std::string &text, double *value) {
 // ---------------------------------------------------------------------------
 
 struct Options {
+    Options(const char *name, int default_digits) : command(name), digits(default_digits) {}
     const char *command;
     const char *system = "4326";
     bool reverse = false;
@@ -134,7 +135,7 @@ struct Options {
     bool centre = false;
     bool spaces = false;
     int digits;
-    int precision;
+    int precision = 9;
     int lettering = OX_MGRS_LETTERING_AUTO;
 };
 
@@ -263,17 +264,25 @@ bool read_pair(const std::string &line, Fields *f, double *x, double *y, std::st
     return true;
 }
 
-// Decodes a reference with `decode` (text to a point; true when read): the
-// first four fields of the line, or else fewer (a reference may be written
-// with spaces between its parts), the rest passed through.
-template <class Decode>
-bool decode_reference(const std::string &line, Decode decode, const char **rest, double *pt) {
+// A kind of grid reference: one point to its reference, one reference to
+// its point (true when converted), and what to say of a reference not read.
+struct ReferenceKind {
+    bool (*encode)(ox_object *gcs, const Options &o, double *pt, char *out);
+    bool (*decode)(ox_object *gcs, const Options &o, const char *text, double *pt);
+    const char *not_read;
+};
+
+// Decodes a reference: the first four fields of the line, or else fewer (a
+// reference may be written with spaces between its parts), the rest passed
+// through.
+bool decode_reference(const ReferenceKind &kind, ox_object *gcs, const Options &o, const std::string &line,
+                      const char **rest, double *pt) {
     const Fields f = split(line, Fields::kMax);
     for (int k = f.count; k >= 1; --k) {
         const Fields head = split(line, k);
         const size_t begin = line.find_first_not_of(" \t");
         const std::string text = line.substr(begin, static_cast<size_t>(head.rest - line.c_str()) - begin);
-        if (decode(text.c_str(), pt)) {
+        if (kind.decode(gcs, o, text.c_str(), pt)) {
             *rest = head.rest;
             return true;
         }
@@ -281,62 +290,61 @@ bool decode_reference(const std::string &line, Decode decode, const char **rest,
     return false;
 }
 
-bool convert_georef(ox_object *gcs, const Options &o, const std::string &line, std::string *message) {
+// One line of a reference conversion, either way.
+bool convert_reference(const ReferenceKind &kind, ox_object *gcs, const Options &o, const std::string &line,
+                       std::string *message) {
+    double pt[2];
     if (o.reverse) {
-        double pt[2];
         const char *rest = "";
-        auto decode = [gcs](const char *text, double *out) {
-            char *refs[1] = {const_cast<char *>(text)};
-            return ox_georef_to_geog(gcs, 1, refs, out) == 1;
-        };
-        if (!decode_reference(line, decode, &rest, pt)) {
-            *message = "not a GEOREF reference";
+        if (!decode_reference(kind, gcs, o, line, &rest, pt)) {
+            *message = kind.not_read;
             return false;
         }
         print_converted(format_pair(pt[0], pt[1], o.precision), rest);
         return true;
     }
     Fields f;
-    double pt[2];
     if (!read_pair(line, &f, &pt[0], &pt[1], message)) return false;
-    char buffer[OX_GEOREF_SIZE];
-    char *refs[1] = {buffer};
-    if (ox_geog_to_georef(gcs, 1, pt, o.digits, o.round ? 1 : 0, refs) != 1) {
-        *message = "the point has no reference";
+    char buffer[OX_MGRS_SIZE > OX_GEOREF_SIZE ? OX_MGRS_SIZE : OX_GEOREF_SIZE];
+    if (!kind.encode(gcs, o, pt, buffer)) {
+        *message = "the point has no reference (a latitude beyond 90 degrees?)";
         return false;
     }
     print_converted(buffer, f.rest);
     return true;
 }
 
+const ReferenceKind kGeoref = {
+    [](ox_object *gcs, const Options &o, double *pt, char *out) {
+        char *refs[1] = {out};
+        return ox_geog_to_georef(gcs, 1, pt, o.digits, o.round ? 1 : 0, refs) == 1;
+    },
+    [](ox_object *gcs, const Options &, const char *text, double *pt) {
+        char *refs[1] = {const_cast<char *>(text)};
+        return ox_georef_to_geog(gcs, 1, refs, pt) == 1;
+    },
+    "not a GEOREF reference",
+};
+
+const ReferenceKind kMgrs = {
+    [](ox_object *gcs, const Options &o, double *pt, char *out) {
+        char *refs[1] = {out};
+        const int mode = o.lettering | (o.spaces ? OX_MGRS_SPACES : 0);
+        return ox_geog_to_mgrs_extended(gcs, 1, pt, o.digits, o.round ? 1 : 0, mode, refs) == 1;
+    },
+    [](ox_object *gcs, const Options &o, const char *text, double *pt) {
+        char *refs[1] = {const_cast<char *>(text)};
+        return ox_mgrs_to_geog_extended(gcs, 1, refs, o.lettering | (o.centre ? OX_MGRS_CENTER : 0), pt) == 1;
+    },
+    "not an MGRS reference of this lettering",
+};
+
+bool convert_georef(ox_object *gcs, const Options &o, const std::string &line, std::string *message) {
+    return convert_reference(kGeoref, gcs, o, line, message);
+}
+
 bool convert_mgrs(ox_object *gcs, const Options &o, const std::string &line, std::string *message) {
-    if (o.reverse) {
-        double pt[2];
-        const char *rest = "";
-        const int mode = o.lettering | (o.centre ? OX_MGRS_CENTER : 0);
-        auto decode = [gcs, mode](const char *text, double *out) {
-            char *refs[1] = {const_cast<char *>(text)};
-            return ox_mgrs_to_geog_extended(gcs, 1, refs, mode, out) == 1;
-        };
-        if (!decode_reference(line, decode, &rest, pt)) {
-            *message = "not an MGRS reference of this lettering";
-            return false;
-        }
-        print_converted(format_pair(pt[0], pt[1], o.precision), rest);
-        return true;
-    }
-    Fields f;
-    double pt[2];
-    if (!read_pair(line, &f, &pt[0], &pt[1], message)) return false;
-    char buffer[OX_MGRS_SIZE];
-    char *refs[1] = {buffer};
-    const int mode = o.lettering | (o.spaces ? OX_MGRS_SPACES : 0);
-    if (ox_geog_to_mgrs_extended(gcs, 1, pt, o.digits, o.round ? 1 : 0, mode, refs) != 1) {
-        *message = "the point has no reference (latitude beyond 90 degrees?)";
-        return false;
-    }
-    print_converted(buffer, f.rest);
-    return true;
+    return convert_reference(kMgrs, gcs, o, line, message);
 }
 
 bool convert_geodesic(ox_object *gcs, const Options &o, const std::string &line, std::string *message) {
@@ -422,28 +430,16 @@ int run(int argc, char **argv, const char *flags, Options o, Convert convert) {
 }  // namespace
 
 int cmd_georef(int argc, char **argv) {
-    Options o;
-    o.command = "georef";
-    o.digits = 4;
-    o.precision = 9;
-    return run(argc, argv, "--system --reverse --digits --round --precision", o, convert_georef);
+    return run(argc, argv, "--system --reverse --digits --round --precision", Options("georef", 4), convert_georef);
 }
 
 int cmd_mgrs(int argc, char **argv) {
-    Options o;
-    o.command = "mgrs";
-    o.digits = 5;
-    o.precision = 9;
-    return run(argc, argv, "--system --reverse --digits --round --precision --lettering --centre --center --spaces", o,
-               convert_mgrs);
+    return run(argc, argv, "--system --reverse --digits --round --precision --lettering --centre --center --spaces",
+               Options("mgrs", 5), convert_mgrs);
 }
 
 int cmd_geodesic(int argc, char **argv) {
-    Options o;
-    o.command = "geodesic";
-    o.digits = 0;
-    o.precision = 9;
-    return run(argc, argv, "--system --inverse --direct --precision", o, convert_geodesic);
+    return run(argc, argv, "--system --inverse --direct --precision", Options("geodesic", 0), convert_geodesic);
 }
 
 }  // namespace oxtool

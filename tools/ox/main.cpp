@@ -7,6 +7,19 @@
 namespace oxtool {
 namespace {
 
+// How the line-based conversions treat their input (help texts).
+#define OX_LINE_RULES                                                                 \
+    "Comments (#) and blank lines are copied. A line that cannot be converted is\n"   \
+    "copied unchanged and reported on standard error with its number (lines over\n"  \
+    "65536 characters or holding a NUL byte are reported and not copied). Exit\n"    \
+    "status 0 when every line converted, 1 when some did not, 2 for a usage error\n" \
+    "or input that cannot be read.\n"
+
+// The geographic system option of the same conversions.
+#define OX_SYSTEM_OPTION                                                             \
+    "  --system S     the geographic system: a code (default 4326), a definition\n" \
+    "                 string, an object string GEOGCS[...] or a file holding one"
+
 const Command kCommands[] = {
     {"version", "print the library version",
      "usage: ox version\n\nPrints the library's version text.\n", cmd_version},
@@ -80,13 +93,8 @@ const Command kCommands[] = {
      "  --digits N     minute digits per axis, 2 to 9 (default 4)\n"
      "  --round        round to the nearest cell instead of truncating\n"
      "  --precision N  decimals of decoded coordinates, 0 to 17 (default 9)\n"
-     "  --system S     the geographic system: a code (default 4326), a definition\n"
-     "                 string, an object string GEOGCS[...] or a file holding one\n\n"
-     "Comments (#) and blank lines are copied. A line that cannot be converted is\n"
-     "copied unchanged and reported on standard error with its number (lines over\n"
-     "65536 characters or holding a NUL byte are reported and not copied). Exit\n"
-     "status 0 when every line converted, 1 when some did not, 2 for a usage error\n"
-     "or input that cannot be read.\n",
+     OX_SYSTEM_OPTION "\n\n"
+     OX_LINE_RULES,
      cmd_georef},
     {"mgrs", "convert positions to MGRS references and back",
      "usage: ox mgrs [--reverse] [--digits N] [--round] [--lettering L] [--centre]\n"
@@ -106,13 +114,8 @@ const Command kCommands[] = {
      "  --centre       decode to the centre of the square (also --center)\n"
      "  --spaces       write \"33U WT 00000 61038\"\n"
      "  --precision N  decimals of decoded coordinates, 0 to 17 (default 9)\n"
-     "  --system S     the geographic system: a code (default 4326), a definition\n"
-     "                 string, an object string GEOGCS[...] or a file holding one\n\n"
-     "Comments (#) and blank lines are copied. A line that cannot be converted is\n"
-     "copied unchanged and reported on standard error with its number (lines over\n"
-     "65536 characters or holding a NUL byte are reported and not copied). Exit\n"
-     "status 0 when every line converted, 1 when some did not, 2 for a usage error\n"
-     "or input that cannot be read.\n",
+     OX_SYSTEM_OPTION "\n\n"
+     OX_LINE_RULES,
      cmd_mgrs},
     {"geodesic", "distances and azimuths on the ellipsoid, and points reached",
      "usage: ox geodesic [--inverse|--direct] [--precision N] [--system GEOGCS] < LINES\n\n"
@@ -126,14 +129,9 @@ const Command kCommands[] = {
      "  --direct       \"lon1 lat1 azimuth distance\" becomes \"lon2 lat2\", the point\n"
      "                 reached\n"
      "  --precision N  decimals, 0 to 17 (default 9; distances at most 9)\n"
-     "  --system S     the geographic system: a code (default 4326), a definition\n"
-     "                 string, an object string GEOGCS[...] or a file holding one;\n"
+     OX_SYSTEM_OPTION ";\n"
      "                 its flattening may be at most 1/50\n\n"
-     "Comments (#) and blank lines are copied. A line that cannot be converted is\n"
-     "copied unchanged and reported on standard error with its number (lines over\n"
-     "65536 characters or holding a NUL byte are reported and not copied). Exit\n"
-     "status 0 when every line converted, 1 when some did not, 2 for a usage error\n"
-     "or input that cannot be read.\n",
+     OX_LINE_RULES,
      cmd_geodesic},
 };
 
