@@ -5,9 +5,10 @@
 // The cube is turned with the central meridian: its faces are centred on
 // the equator at the central meridian (front), 90 degrees east (east), 180
 // degrees (back) and 90 degrees west (west), and on the two poles.  A point
-// belongs to the face whose centre is nearest (the first, in that order and
-// then north and south, of two at equal distance), so every point of the
-// sphere has exactly one place on the map; on its face it is the gnomonic
+// belongs to the face whose centre is nearest (of two or three at equal
+// distance, the first of front, east, west, back, north and south: on the
+// sheet that is the face whose edge the inverse gives back), so every point
+// of the sphere has exactly one place on the map; on its face it is the gnomonic
 // projection from the sphere's centre (Snyder, Map Projections: A Working
 // Manual, 1987, ch. 22) onto the tangent plane at the face's centre,
 //     X = a (p . e1) / (p . c),  Y = a (p . e2) / (p . c),
@@ -31,8 +32,9 @@
 //
 // Horizons: the outline of the net counter-clockwise (each edge of a face
 // in 32 steps) and, as the raster variants, every face as a ring of its own
-// (front, east, back, west, north, south), for warping an image face by
-// face.
+// (front, east, west, back, north, south), for warping an image face by
+// face.  On the sheet a point of the line between the two rows belongs to
+// the upper face.
 //
 // Refused: an "Option" other than 0 or 1, a non-finite central meridian.
 #include <cmath>
@@ -55,16 +57,16 @@ constexpr double kFaceMargin = 1e-12;
 constexpr PolyFace kCross[kFaces] = {
     {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0}, 1},     // front
     {{0, 1, 0}, {-1, 0, 0}, {0, 0, 1}, {2, 0}, 1},    // east
-    {{-1, 0, 0}, {0, -1, 0}, {0, 0, 1}, {4, 0}, 1},   // back
     {{0, -1, 0}, {1, 0, 0}, {0, 0, 1}, {-2, 0}, 1},   // west
+    {{-1, 0, 0}, {0, -1, 0}, {0, 0, 1}, {4, 0}, 1},   // back
     {{0, 0, 1}, {0, 1, 0}, {-1, 0, 0}, {0, 2}, 1},    // north
     {{0, 0, -1}, {0, 1, 0}, {1, 0, 0}, {0, -2}, 1},   // south
 };
 constexpr PolyFace kSheet[kFaces] = {
     {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0}, 1},      // front
     {{0, 1, 0}, {-1, 0, 0}, {0, 0, 1}, {2, 0}, 1},     // east
-    {{-1, 0, 0}, {0, 0, -1}, {0, -1, 0}, {0, -2}, 1},  // back
     {{0, -1, 0}, {1, 0, 0}, {0, 0, 1}, {-2, 0}, 1},    // west
+    {{-1, 0, 0}, {0, 0, -1}, {0, -1, 0}, {0, -2}, 1},  // back
     {{0, 0, 1}, {-1, 0, 0}, {0, -1, 0}, {-2, -2}, 1},  // north
     {{0, 0, -1}, {1, 0, 0}, {0, -1, 0}, {2, -2}, 1},   // south
 };

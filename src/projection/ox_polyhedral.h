@@ -42,8 +42,16 @@ OX_ALWAYS_INLINE void take_face(bool take, const PolyFace &from, PolyFace &to) {
     to.sigma = select(take, from.sigma, to.sigma);
 }
 
+// Two faces are equally near a point when their centres' cosines differ by
+// no more than this: the point is on their common edge to within a few
+// 1e-14 radians, and either face's formula puts it within the margin that
+// the inverse allows a face (1e-12 of its size).  Then the earlier face in
+// the table takes it, whatever the rounding of the cosines, so that a net
+// can choose which copy of a cut edge the forward gives.
+inline constexpr double kTieMargin = 1e-14;
+
 // The face of the unit vector p: the one whose centre is nearest (the first
-// of two at equal distance), by selects over all N faces; `cosine` receives
+// of several equally near), by selects over all N faces; `cosine` receives
 // p . c.  A NaN point takes the first face.
 template <int N>
 OX_ALWAYS_INLINE PolyFace nearest_face(const PolyFace (&faces)[N], const double p[3], double &cosine) {
@@ -52,7 +60,7 @@ OX_ALWAYS_INLINE PolyFace nearest_face(const PolyFace (&faces)[N], const double 
 #pragma GCC unroll 24
     for (int k = 1; k < N; ++k) {
         const double d = dot3(p, faces[k].c);
-        const bool take = d > best;
+        const bool take = d > best + kTieMargin;
         best = select(take, d, best);
         take_face(take, faces[k], face);
     }
