@@ -65,6 +65,7 @@
 // latitude of centre that the line through them never reaches.
 #include <cmath>
 
+#include "projection/ox_horizon.h"
 #include "projection/ox_isometric.h"
 #include "projection/ox_projdef.h"
 
@@ -88,7 +89,6 @@ struct ObliqueConstants {
     // central line at the centre, and "XY_Plane_Rotation".
     double sin_az, cos_az, minus_sin_az;
     double sin_rot, cos_rot, minus_sin_rot;
-    double center_lon;        // the longitude the horizon is written about
     double chi_inverse[kAuxTerms];  // conformal latitude to phi (zero on a sphere)
 };
 
@@ -171,7 +171,6 @@ struct AzimuthSetup {
         c.sin_az = sin_a;
         c.cos_az = std::cos(alpha);
         c.minus_sin_az = -sin_a;
-        c.center_lon = lambda_c;
         return all_finite(c);
     }
 };
@@ -217,7 +216,6 @@ struct TwoPointSetup {
         c.sin_az = sin_a;
         c.cos_az = std::cos(alpha);
         c.minus_sin_az = -sin_a;
-        c.center_lon = c.lambda0;
         return all_finite(c) && !equal_rule(std::fabs(g0), kHalfPi);
     }
 };
@@ -317,39 +315,50 @@ struct ObliqueForm {
     }
 };
 
-// The horizon of a group: the band of the aposphere within the Mercator
-// square about the central line, |B v / A| <= pi (85.05 degrees of oblique
-// latitude) and |B u / A| <= pi, cut along the oblique meridian opposite
-// the natural origin; its boundary taken to the ellipsoid by the inverse,
-// longitudes within half a turn of the centre's.  No region (0 vertices)
-// for parameters that describe no projection.
-constexpr int32_t kPerEdge = 32;
+// The horizon of a group: the square of the aposphere about the centre,
+// delta of arc along the central line either way and delta of oblique
+// latitude across it, with delta = min(30 degrees, 0.6 d) and d the arc from
+// the centre to the nearer geographic pole (whose oblique coordinates are
+// u = +-(A/B) pi/2, latitude +-gamma_0: cos d = cos gamma_0 |sin(B u_c / A)|).
+// Its corners lie within sqrt(2) delta < d of the centre, so the region
+// holds no pole and its longitudes stay within half a turn of the centre's.
+// The boundary runs counter-clockwise (x, y = v, u turned by the grid
+// angle), each side in kHorizonSegments steps, taken to the ellipsoid by the
+// inverse.  No region (0 vertices) for parameters that describe no
+// projection.
 template <class Setup>
 OX_HORIZON_ROUTINE(horizon_oblique) {
-    constexpr int32_t total = 4 * kPerEdge + 1;
+    constexpr int32_t total = 4 * kHorizonSegments + 1;
     if (spheroid == nullptr || parameters == nullptr) return 0;
     const Frame f(spheroid, parameters);
     ObliqueConstants c;
     const bool ellipsoid = !f.sphere();
     if (!f.usable() || !Setup::run(f, ellipsoid, c)) return 0;
     if (vertices == nullptr || max_vertices <= 0) return total;
-    const double half = kPi * c.a_over_b * (1.0 - 1e-9);
-    for (int32_t k = 0; k < total && k < max_vertices; ++k) {
-        const int32_t edge = k / kPerEdge, step = k % kPerEdge;
-        const double t = -1.0 + 2.0 * step / kPerEdge;  // -1 .. 1 along the edge
-        double u, v;
-        switch (edge) {
-            case 0: u = half * t, v = half; break;     // along the upper edge
-            case 1: u = half, v = -half * t; break;    // down the cut
-            case 2: u = -half * t, v = -half; break;   // back along the lower edge
-            default: u = -half, v = half * (k == total - 1 ? 1.0 : t); break;  // up the cut, closed
-        }
-        double lon, lat;
+    auto geographic = [&](double u, double v, double &lon, double &lat) {
         if (ellipsoid)
             from_oblique<ExactMath, true>(c, u, v, lon, lat);
         else
             from_oblique<ExactMath, false>(c, u, v, lon, lat);
-        vertices[2 * k] = c.center_lon + ox_delta(lon - c.center_lon);
+    };
+    const double to_pole = std::acos(std::fabs(c.cos_g0 * std::sin(c.b_over_a * c.u_center)));
+    const double delta = std::fmin(30.0 * kDegree, 0.6 * to_pole);
+    const double along = c.a_over_b * delta, across = c.a_over_b * std::atanh(std::sin(delta));
+    double center_lon, center_lat;
+    geographic(c.u_center, 0.0, center_lon, center_lat);
+    for (int32_t k = 0; k < total && k < max_vertices; ++k) {
+        const int32_t edge = k / kHorizonSegments, step = k % kHorizonSegments;
+        const double t = -1.0 + 2.0 * step / kHorizonSegments;  // -1 .. 1 along the side
+        double u, v;
+        switch (edge) {
+            case 0: u = along * t, v = across; break;     // along the side v = +across
+            case 1: u = along, v = -across * t; break;    // across at the far end
+            case 2: u = -along * t, v = -across; break;   // back along v = -across
+            default: u = -along, v = across * (k == total - 1 ? 1.0 : t); break;  // across, closed
+        }
+        double lon, lat;
+        geographic(c.u_center + u, v, lon, lat);
+        vertices[2 * k] = center_lon + ox_delta(lon - center_lon);
         vertices[2 * k + 1] = lat;
     }
     return total;

@@ -42,6 +42,7 @@
 // finite.
 #include <cmath>
 
+#include "projection/ox_horizon.h"
 #include "projection/ox_isometric.h"
 #include "projection/ox_projdef.h"
 
@@ -194,10 +195,13 @@ struct KrovakForm {
 // the pseudo standard parallel, kept clear of the geographic pole (at most
 // 0.9 alpha_c from the cone's pole), as the small circle T = const on the
 // Gaussian sphere taken to the ellipsoid; longitudes within half a turn of
-// the origin's.  No region (0 vertices) for parameters that describe no
-// projection.
+// the origin's.  The ring runs counter-clockwise in longitude and latitude,
+// and so on the plane in east-north axes (X_Scale Y_Scale < 0 with the
+// turn of the north-orientated form); the south-west axes mirror the plane,
+// where the same ring runs clockwise.  No region (0 vertices) for
+// parameters that describe no projection.
 OX_HORIZON_ROUTINE(horizon_krovak) {
-    constexpr int32_t kVertices = 129;
+    constexpr int32_t kVertices = 4 * kHorizonSegments + 1;
     if (spheroid == nullptr || parameters == nullptr) return 0;
     const Frame f(spheroid, parameters);
     KrovakConstants c;
@@ -209,7 +213,7 @@ OX_HORIZON_ROUTINE(horizon_krovak) {
     const double radius = beyond < clear ? beyond : clear;
     const double psi_t = std::atanh(std::cos(radius));
     for (int32_t k = 0; k < kVertices && k < max_vertices; ++k) {
-        const double d = k == kVertices - 1 ? -kPi : -kPi + kTwoPi * k / (kVertices - 1);
+        const double d = k == kVertices - 1 ? kPi : kPi - kTwoPi * k / (kVertices - 1);
         double lon, lat;
         if (ellipsoid)
             from_cone<ExactMath, true>(c, psi_t, d, lon, lat);

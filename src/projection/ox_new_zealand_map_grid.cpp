@@ -32,6 +32,7 @@
 // value.  Refused: a non-finite origin or one beyond a pole.
 #include <cmath>
 
+#include "projection/ox_horizon.h"
 #include "projection/ox_projdef.h"
 
 namespace ox {
@@ -86,33 +87,20 @@ bool origin_ok(const Frame &f) {
 }
 
 // The horizon: the domain, the box of kDomain about the origin (latitudes
-// kept within the poles).
+// kept within the poles), counter-clockwise from its south-west corner.
 OX_HORIZON_ROUTINE(horizon_new_zealand) {
-    constexpr int32_t kPerEdge = 32, kTotal = 4 * kPerEdge + 1;
     if (spheroid == nullptr || parameters == nullptr) return 0;
     const Frame f(spheroid, parameters);
     if (!origin_ok(f)) return 0;
-    if (vertices == nullptr || max_vertices <= 0) return kTotal;
     const double lon0 = f.p.central_meridian, lat0 = f.p.latitude_of_origin;
     const double half = kDomain * (1.0 - 1e-9);  // (inside, whatever the rounding of the edges)
     const double south = lat0 - half < -kHalfPi ? -kHalfPi : lat0 - half;
     const double north = lat0 + half > kHalfPi ? kHalfPi : lat0 + half;
     const double west = lon0 - half, east = lon0 + half;
-    for (int32_t k = 0; k < kTotal && k < max_vertices; ++k) {
-        const int32_t edge = k / kPerEdge;
-        const double t = static_cast<double>(k % kPerEdge) / kPerEdge;
-        double lon, lat;
-        switch (edge) {
-            case 0: lon = west, lat = south + (north - south) * t; break;
-            case 1: lon = west + (east - west) * t, lat = north; break;
-            case 2: lon = east, lat = north - (north - south) * t; break;
-            case 3: lon = east - (east - west) * t, lat = south; break;
-            default: lon = west, lat = south; break;
-        }
-        vertices[2 * k] = lon;
-        vertices[2 * k + 1] = lat;
-    }
-    return kTotal;
+    const double corners[8] = {west, south, east, south, east, north, west, north};
+    HorizonWriter out(max_vertices, vertices);
+    out.polygon(corners, 4);
+    return out.count();
 }
 
 struct NewZealandMapGrid {
