@@ -61,6 +61,7 @@ constexpr double kD[9] = {1.5627014243, 0.5185406398, -0.03333098, -0.1052906, -
 template <int N>
 OX_ALWAYS_INLINE double real_series(const double (&c)[N], double t, double &derivative) {
     double p = 0.0, dp = 0.0;
+#pragma GCC unroll 16
     for (int k = N - 1; k >= 0; --k) {
         dp = dp * t + p;
         p = p * t + c[k];
@@ -73,6 +74,7 @@ OX_ALWAYS_INLINE double real_series(const double (&c)[N], double t, double &deri
 OX_ALWAYS_INLINE void complex_series(const double (&cr)[6], const double (&ci)[6], double wr, double wi, double &zr,
                                      double &zi) {
     double pr = 0.0, pi = 0.0;
+#pragma GCC unroll 8
     for (int k = 5; k >= 0; --k) {
         const double tr = pr * wr - pi * wi + cr[k];
         pi = pr * wi + pi * wr + ci[k];
@@ -138,10 +140,13 @@ struct NewZealandMapGrid {
         double wr, wi;
         complex_series(kCre, kCim, zr, zi, wr, wi);
         double step = 0.0;
+        // (the fixed loops unrolled, so that the loop over the points vectorises)
+#pragma GCC unroll 8
         for (int i = 0; i < kNewtonSteps; ++i) {
             // zeta <- zeta - (f(zeta) - z) / f'(zeta), which is the published
             // form (z + sum (k-1) B_k zeta^k) / (sum k B_k zeta^(k-1)).
             double fr = 0.0, fi = 0.0, dr = 0.0, di = 0.0;
+#pragma GCC unroll 8
             for (int k = 5; k >= 0; --k) {
                 const double tdr = dr * wr - di * wi + fr, tdi = dr * wi + di * wr + fi;
                 const double tfr = fr * wr - fi * wi + kBre[k], tfi = fr * wi + fi * wr + kBim[k];
@@ -158,6 +163,7 @@ struct NewZealandMapGrid {
         }
         double derivative;
         double t = real_series(kD, wr, derivative);
+#pragma GCC unroll 8
         for (int i = 0; i < kNewtonSteps; ++i) {
             const double residual = real_series(kA, t, derivative) - wr;
             t -= residual / derivative;
