@@ -338,6 +338,7 @@ struct Ntv2Constants {
     double seconds_per_unit;
     int32_t first_root;
     int32_t count;
+    bool single;  // one sub-grid: no search
 };
 
 // (lat, lon_west) in arc-seconds lies in the grid, edges included.
@@ -347,6 +348,7 @@ OX_ALWAYS_INLINE bool contains(const Ntv2Grid &g, double lat, double lon_west) {
 
 // The finest sub-grid containing the point, or -1.
 OX_ALWAYS_INLINE int32_t find_grid(const Ntv2Constants &c, double lat, double lon_west) {
+    if (c.single) return contains(c.grids[0], lat, lon_west) ? 0 : -1;
     int32_t at = c.first_root;
     while (at >= 0 && !contains(c.grids[at], lat, lon_west)) at = c.grids[at].next_sibling;
     if (at < 0) return -1;
@@ -398,6 +400,7 @@ struct Ntv2 {
         c.seconds_per_unit = summary->seconds_per_unit;
         c.first_root = summary->first_root;
         c.count = summary->count;
+        c.single = c.count == 1;
         return c.count > 0 && c.first_root >= 0 && c.first_root < c.count;
     }
 
