@@ -1139,6 +1139,70 @@ OX_API ox_predefined_entry *ox_predefined_linear_unit(int32_t *count);
 /** Frees a predefined list; null is ignored. */
 OX_API void ox_table_del(ox_predefined_entry *table);
 
+/* ------------------------------------------------------------------------ */
+/* Legacy projection files                                                  */
+/*                                                                          */
+/* The keyword-per-line text of older GIS software, for example             */
+/*   Projection    STATEPLANE                                               */
+/*   Fipszone      405                                                      */
+/*   Datum         NAD83                                                    */
+/*   Units         FEET                                                     */
+/* Readers return null and writers a negative code on failure; both write   */
+/* the outcome (0 or an OX_PRJ_* code) to `error`.  A reader given a null   */
+/* `error` returns null and does nothing else.  docs/PRJFILE.md describes   */
+/* the keywords, the projection names and their parameter lines.            */
+/* ------------------------------------------------------------------------ */
+
+/** No text (null or empty), fewer than two line ends, or a null path or buffer. */
+#define OX_PRJ_NO_TEXT (-100)
+/** The file cannot be opened, read (a directory, over 1 MiB) or created. */
+#define OX_PRJ_CANNOT_OPEN (-101)
+/** A line begins with no known keyword, holds a NUL byte or is over 255 characters. */
+#define OX_PRJ_UNKNOWN_KEYWORD (-102)
+/** More than 16 parameter lines. */
+#define OX_PRJ_TOO_MANY_PARAMETERS (-103)
+/** A numeric ZUNITS value that is not a finite number above 0. */
+#define OX_PRJ_BAD_ZUNITS (-104)
+/** No vertical unit: ZUNITS empty or beginning with NO. */
+#define OX_PRJ_NO_ZUNITS (-110)
+/** Memory exhausted, or the text (or system) cannot be built (or written). */
+#define OX_PRJ_CANNOT_BUILD (-200)
+/** Size of a buffer that every `_to_prjstring` may fill. */
+#define OX_PRJSTRING_SIZE 8192
+/** Writer option bit: projection and parameter lines even for UTM, state plane and grid systems. */
+#define OX_PRJ_EXPLICIT 1
+
+/** Geographic or projected system of a legacy projection file, or null. */
+OX_API ox_object *ox_coordsys_from_prjfile(const char *path, int32_t *error);
+/** Geographic or projected system of a legacy projection text, or null. */
+OX_API ox_object *ox_coordsys_from_prjstring(const char *text, int32_t *error);
+/** Vertical system of the ZUNITS line of a legacy projection file, or null. */
+OX_API ox_object *ox_vertcs_from_prjfile(const char *path, int32_t *error);
+/** Vertical system of the ZUNITS line of a legacy projection text, or null. */
+OX_API ox_object *ox_vertcs_from_prjstring(const char *text, int32_t *error);
+/** Horizontal system and vertical system (null without ZUNITS) of a legacy projection file. */
+OX_API ox_object *ox_hvcoordsys_from_prjfile(const char *path, int32_t *error);
+/** Horizontal system and vertical system (null without ZUNITS) of a legacy projection text. */
+OX_API ox_object *ox_hvcoordsys_from_prjstring(const char *text, int32_t *error);
+/** Linear unit of the ZUNITS line of a legacy projection file, or null. */
+OX_API ox_object *ox_zunit_from_prjfile(const char *path, int32_t *error);
+/** Linear unit of the ZUNITS line of a legacy projection text, or null. */
+OX_API ox_object *ox_zunit_from_prjstring(const char *text, int32_t *error);
+/** Writes a legacy projection file ("Zunits NO"); returns 0 or an OX_PRJ_* code (also in `error`). */
+OX_API int32_t ox_coordsys_to_prjfile(const ox_object *coordsys, int32_t option, const char *path, int32_t *error);
+/** Writes a legacy projection text into `buffer` (OX_PRJSTRING_SIZE); returns 0 or an OX_PRJ_* code. */
+OX_API int32_t ox_coordsys_to_prjstring(const ox_object *coordsys, int32_t option, char *buffer, int32_t *error);
+/** As ox_coordsys_to_prjfile, with the ZUNITS line of `vertcs` (null: "NO"). */
+OX_API int32_t ox_coordsys_vertcs_to_prjfile(const ox_object *coordsys, const ox_object *vertcs, const char *path,
+                                             int32_t *error);
+/** As ox_coordsys_to_prjstring, with the ZUNITS line of `vertcs` (null: "NO"). */
+OX_API int32_t ox_coordsys_vertcs_to_prjstring(const ox_object *coordsys, const ox_object *vertcs, char *buffer,
+                                               int32_t *error);
+/** Writes the two halves of a horizontal and vertical pair as a legacy projection file. */
+OX_API int32_t ox_hvcoordsys_to_prjfile(const ox_object *hvcoordsys, const char *path, int32_t *error);
+/** Writes the two halves of a horizontal and vertical pair as a legacy projection text. */
+OX_API int32_t ox_hvcoordsys_to_prjstring(const ox_object *hvcoordsys, char *buffer, int32_t *error);
+
 #ifdef __cplusplus
 }
 #endif

@@ -78,5 +78,6 @@ int cmd_list(int argc, char **argv);
 int cmd_code(int argc, char **argv);
 int cmd_identify(int argc, char **argv);
 int cmd_transform(int argc, char **argv);
+int cmd_prjfile(int argc, char **argv);
 
 }  // namespace oxtool

@@ -121,6 +121,27 @@ const Command kCommands[] = {
      "Exit status 1 when nothing is equivalent, 2 when the text is not a\n"
      "readable PROJCS or GEOGCS.\n",
      cmd_identify},
+    {"prj", "read or write a legacy projection file",
+     "usage: ox prj read [--authority 0|1|2] FILE|-\n"
+     "       ox prj write [--explicit] [--vertcs VERTCS] [--output FILE] SYSTEM\n\n"
+     "read: reads the legacy projection file FILE (\"-\": standard input), the\n"
+     "keyword-per-line text of older GIS software (Projection, Zone, Datum,\n"
+     "Spheroid, Units, Zunits, Parameters, ...), and prints the object string of its\n"
+     "system, followed by the VERTCS of its Zunits line when it has one.\n"
+     "--authority chooses where AUTHORITY clauses are written: 0 none (default),\n"
+     "1 outermost object, 2 every object. On failure the error code is printed\n"
+     "with its meaning.\n\n"
+     "write: prints the legacy projection file of SYSTEM: a catalogue code (26945)\n"
+     "or definition string, an object string (PROJCS[...] or GEOGCS[...], with a\n"
+     "VERTCS[...] beside it or not), or the name of a file holding one.\n"
+     "  --explicit      the projection and parameter lines even for UTM, state plane\n"
+     "                  and named grid systems (not with a vertical system)\n"
+     "  --vertcs CODE   the Zunits line of this catalogue vertical system (5703)\n"
+     "  --output FILE   write the file FILE instead of standard output\n\n"
+     "Exit status 0 on success; 1 when the file cannot be read as a system or the\n"
+     "system has no legacy form (the error code and its meaning are printed); 2 for\n"
+     "a usage error, an unreadable FILE or SYSTEM.\n",
+     cmd_prjfile},
 };
 
 void overview(FILE *out) {
