@@ -113,6 +113,28 @@ TEST(GeocentricMethods, GuidanceNoteExamples) {
     }
 }
 
+// The Guidance Note's Molodensky examples (WGS 84 to ED50, dX 84.87, dY
+// 96.49, dZ 116.95 m) in the sexagesimal seconds it prints (0.001") and the
+// height in its printed centimetres or millimetres.
+TEST(GeocentricMethods, GuidanceNoteMolodenskyExamples) {
+    const double t[10] = {84.87, 96.49, 116.95};
+    const auto dms = [](double d, double m, double s) { return d + m / 60 + s / 3600; };
+    struct Example {
+        const char *method;
+        double lat_seconds, lon_seconds, h, h_unit;
+    };
+    for (const Example &e : {Example{"Molodensky", 36.565, 51.477, 28.02, 0.01},
+                             Example{"Molodensky_Abridged", 36.563, 51.477, 28.091, 0.001}}) {
+        SCOPED_TRACE(e.method);
+        const Owned gt(transformation(e.method, 6378137, 298.257223563, 6378388, 297, t));
+        double p[2] = {dms(2, 7, 46.380), dms(53, 48, 33.820)}, h = 73.0;
+        ASSERT_EQ(ox_geog1_to_geog2(gt.get(), 1, p, &h), 1);
+        EXPECT_NEAR((p[1] - dms(53, 48, 0)) * 3600, e.lat_seconds, 0.0005);
+        EXPECT_NEAR((p[0] - dms(2, 7, 0)) * 3600, e.lon_seconds, 0.0005);
+        EXPECT_NEAR(h, e.h, e.h_unit / 2);
+    }
+}
+
 // Conventions: coordinate frame is Bursa-Wolf; position vector is
 // coordinate frame with the angles negated; the seven-parameter inverses
 // use the exact matrix; with nothing to do a translation changes nothing.
