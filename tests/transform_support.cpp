@@ -30,30 +30,27 @@ void put(std::string &out, T v, bool big_endian) {
     out.append(reinterpret_cast<const char *>(bytes), sizeof bytes);
 }
 
+// An 8-byte field: `text` padded with blanks.
+void put_field(std::string &out, const std::string &text) {
+    char f[8];
+    std::memset(f, ' ', 8);
+    std::memcpy(f, text.data(), std::min<size_t>(8, text.size()));
+    out.append(f, 8);
+}
+
 void put_record(std::string &out, const char *keyword, const std::string &text) {
-    char k[8], v[8];
-    std::memset(k, ' ', 8);
-    std::memset(v, ' ', 8);
-    std::memcpy(k, keyword, std::strlen(keyword));
-    std::memcpy(v, text.data(), std::min<size_t>(8, text.size()));
-    out.append(k, 8);
-    out.append(v, 8);
+    put_field(out, keyword);
+    put_field(out, text);
 }
 
 void put_record(std::string &out, const char *keyword, int32_t value, bool big_endian) {
-    char k[8];
-    std::memset(k, ' ', 8);
-    std::memcpy(k, keyword, std::strlen(keyword));
-    out.append(k, 8);
+    put_field(out, keyword);
     put(out, value, big_endian);
     out.append(4, '\0');
 }
 
 void put_record(std::string &out, const char *keyword, double value, bool big_endian) {
-    char k[8];
-    std::memset(k, ' ', 8);
-    std::memcpy(k, keyword, std::strlen(keyword));
-    out.append(k, 8);
+    put_field(out, keyword);
     put(out, value, big_endian);
 }
 

@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "object/ox_utils.h"
+#include "transform/ox_gridfile.h"
 #include "ox.h"
 
 namespace ox {
@@ -59,6 +60,9 @@ bool datahome_path(const char *subdirectory, const char *file, char *out, size_t
     return path_join(home, subdirectory, directory, sizeof directory) && path_join(directory, file, out, size);
 }
 
+namespace {
+
+// The text after "Dataset_" (any case), else the whole name; "" for null.
 const char *grid_base_name(const char *grid_name) {
     if (grid_name == nullptr) return "";
     static constexpr char kPrefix[] = "DATASET_";
@@ -67,6 +71,20 @@ const char *grid_base_name(const char *grid_name) {
         if (c == '\0' || (c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) != kPrefix[i]) return grid_name;
     }
     return grid_name + sizeof kPrefix - 1;
+}
+
+}  // namespace
+
+bool grid_path(const char *subdirectory, const char *grid_name, const char *extension, bool keep_own,
+               char (&out)[kGridPathSize]) {
+    out[0] = '\0';
+    const char *base = grid_base_name(grid_name);
+    const size_t n = std::strlen(base), e = std::strlen(extension);
+    if (n == 0 || n > OX_NAME_SIZE || e > 7) return false;
+    char file[OX_NAME_SIZE + 8];
+    std::memcpy(file, base, n + 1);
+    if (!(keep_own && n >= e && text_equal_nocase(base + n - e, extension))) std::memcpy(file + n, extension, e + 1);
+    return datahome_path(subdirectory, file, out, kGridPathSize);
 }
 
 }  // namespace ox

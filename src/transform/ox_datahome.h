@@ -17,9 +17,16 @@ inline constexpr size_t kDataHomeMax = 255;
 // no data home or the path does not fit in `size` characters.
 bool datahome_path(const char *subdirectory, const char *file, char *out, size_t size);
 
-// The grid's base name from a method's grid name: the text after "Dataset_"
-// (compared without regard to case), else the whole name.  Empty for a null
-// name.
-const char *grid_base_name(const char *grid_name);
+// Room for any path datahome_path can give.
+inline constexpr size_t kGridPathSize = 1024;
+
+// The path of a grid file in `subdirectory` of the data home: the grid's
+// base name (the text of a method's grid name after "Dataset_", compared
+// without regard to case, else the whole name) followed by `extension`,
+// unless `keep_own` is set and the name already ends with it (compared
+// without regard to case).  False (and "") for an empty or overlong name,
+// or when datahome_path gives none.
+bool grid_path(const char *subdirectory, const char *grid_name, const char *extension, bool keep_own,
+               char (&out)[kGridPathSize]);
 
 }  // namespace ox

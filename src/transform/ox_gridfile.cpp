@@ -58,4 +58,13 @@ bool GridFile::read_at(int64_t offset, void *out, size_t n) {
 
 bool GridFile::read(void *out, size_t n) { return f != nullptr && std::fread(out, 1, n, f) == n; }
 
+bool text_equal_nocase(const char *a, const char *b) {
+    for (;; ++a, ++b) {
+        const char ca = *a >= 'a' && *a <= 'z' ? *a - 'a' + 'A' : *a;
+        const char cb = *b >= 'a' && *b <= 'z' ? *b - 'a' + 'A' : *b;
+        if (ca != cb) return false;
+        if (ca == '\0') return true;
+    }
+}
+
 }  // namespace ox

@@ -33,6 +33,10 @@ struct GridFile {
     bool read(void *out, size_t n);
 };
 
+// Two texts equal without regard to ASCII case (grid names, units, file
+// name endings).
+bool text_equal_nocase(const char *a, const char *b);
+
 // The machine's byte order.
 inline bool little_endian() {
     const uint16_t probe = 1;

@@ -66,15 +66,30 @@ struct MolodenskyCommon {
         return a > (a * 0.5 + 1.0) * kZero;
     }
 
-    // The common finish: (p + dp clamped, ox_delta(l + dl), h + dh).
-    template <class M>
-    static OX_ALWAYS_INLINE bool finish(double lon, double lat, double h, double dl, double dp, double dh,
-                                        double &lon_out, double &lat_out, double &h_out) {
+    // The trigonometry and radii of the point on the source ellipsoid.
+    struct Terms {
+        double sp, cp, sl, cl;  // sines and cosines of latitude and longitude
+        double w, n, m;         // W, N and M
+    };
+
+    // One point: the form's shifts (Form::shifts(c, t, h, dp, dl, dh)) from
+    // the common terms, then (p + dp clamped, ox_delta(l + dl), h + dh).
+    template <class Form, class M>
+    static OX_ALWAYS_INLINE bool apply(const Constants &c, double lon, double lat, double h, double &lon_out,
+                                       double &lat_out, double &h_out) {
+        Terms t;
+        M::sincos(lat, t.sp, t.cp);
+        M::sincos(lon, t.sl, t.cl);
+        t.w = M::sqrt(1.0 - c.e2 * t.sp * t.sp);
+        t.n = c.a / t.w;
+        t.m = c.a_one_minus_e2 / (t.w * t.w * t.w);
+        double dp, dl, dh;
+        Form::shifts(c, t, h, dp, dl, dh);
         const double l = lon + dl;
         lon_out = M::reduce(l);
         lat_out = clamp_latitude(lat + dp);
         h_out = h + dh;
-        return M::reduce_ok(l);
+        return M::reduce_ok(l) & M::sincos_ok(lat) & M::sincos_ok(lon);
     }
 };
 
@@ -84,24 +99,20 @@ struct Molodensky : MolodenskyCommon {
     static constexpr const char *kAuthority = kEpsg;
     static constexpr const char *kAuthorityVersion = kEpsgVersion;
 
+    static OX_ALWAYS_INLINE void shifts(const Constants &c, const Terms &t, double h, double &dp, double &dl,
+                                        double &dh) {
+        dp = ((t.m / c.one_minus_f + c.one_minus_f * t.n) * t.sp * t.cp * c.df + c.tz * t.cp -
+              (t.sl * t.sp * c.ty + t.cl * t.sp * c.tx) + c.e2 * t.sp * t.cp / t.w * c.da) /
+             (t.m + h);
+        dl = off_pole(t.cp) ? (t.cl * c.ty - t.sl * c.tx) / ((t.n + h) * t.cp) : 0.0;
+        dh = c.tx * t.cp * t.cl + c.ty * t.cp * t.sl + c.tz * t.sp - t.w * c.da +
+             c.df * c.one_minus_f * c.a / t.w * t.sp * t.sp;
+    }
+
     template <class M>
     static OX_ALWAYS_INLINE bool point(const Constants &c, double lon, double lat, double h, double &lon_out,
-                                       double &lat_out, double &h_out, bool &converted) {
-        (void)converted;
-        double sp, cp, sl, cl;
-        M::sincos(lat, sp, cp);
-        M::sincos(lon, sl, cl);
-        const double w = M::sqrt(1.0 - c.e2 * sp * sp);
-        const double n = c.a / w;
-        const double m = c.a_one_minus_e2 / (w * w * w);
-        const double dp = ((m / c.one_minus_f + c.one_minus_f * n) * sp * cp * c.df + c.tz * cp -
-                           (sl * sp * c.ty + cl * sp * c.tx) + c.e2 * sp * cp / w * c.da) /
-                          (m + h);
-        const double dl = off_pole(cp) ? (cl * c.ty - sl * c.tx) / ((n + h) * cp) : 0.0;
-        const double dh = c.tx * cp * cl + c.ty * cp * sl + c.tz * sp - w * c.da +
-                          c.df * c.one_minus_f * c.a / w * sp * sp;
-        const bool ok = M::sincos_ok(lat) & M::sincos_ok(lon);
-        return finish<M>(lon, lat, h, dl, dp, dh, lon_out, lat_out, h_out) & ok;
+                                       double &lat_out, double &h_out, bool &) {
+        return apply<Molodensky, M>(c, lon, lat, h, lon_out, lat_out, h_out);
     }
 };
 
@@ -111,21 +122,17 @@ struct MolodenskyAbridged : MolodenskyCommon {
     static constexpr const char *kAuthority = kEpsg;
     static constexpr const char *kAuthorityVersion = kEpsgVersion;
 
+    static OX_ALWAYS_INLINE void shifts(const Constants &c, const Terms &t, double, double &dp, double &dl,
+                                        double &dh) {
+        dp = (c.tz * t.cp - (t.cl * t.sp * c.tx + t.sl * t.sp * c.ty) + 2.0 * c.k * t.sp * t.cp) / t.m;
+        dl = off_pole(t.cp) ? (t.cl * c.ty - t.sl * c.tx) / (t.n * t.cp) : 0.0;
+        dh = t.sl * t.cp * c.ty + c.tx * t.cp * t.cl + c.tz * t.sp + c.k * t.sp * t.sp - c.da;
+    }
+
     template <class M>
     static OX_ALWAYS_INLINE bool point(const Constants &c, double lon, double lat, double h, double &lon_out,
-                                       double &lat_out, double &h_out, bool &converted) {
-        (void)converted;
-        double sp, cp, sl, cl;
-        M::sincos(lat, sp, cp);
-        M::sincos(lon, sl, cl);
-        const double w = M::sqrt(1.0 - c.e2 * sp * sp);
-        const double n = c.a / w;
-        const double m = c.a_one_minus_e2 / (w * w * w);
-        const double dp = (c.tz * cp - (cl * sp * c.tx + sl * sp * c.ty) + 2.0 * c.k * sp * cp) / m;
-        const double dl = off_pole(cp) ? (cl * c.ty - sl * c.tx) / (n * cp) : 0.0;
-        const double dh = sl * cp * c.ty + c.tx * cp * cl + c.tz * sp + c.k * sp * sp - c.da;
-        const bool ok = M::sincos_ok(lat) & M::sincos_ok(lon);
-        return finish<M>(lon, lat, h, dl, dp, dh, lon_out, lat_out, h_out) & ok;
+                                       double &lat_out, double &h_out, bool &) {
+        return apply<MolodenskyAbridged, M>(c, lon, lat, h, lon_out, lat_out, h_out);
     }
 };
 

@@ -135,43 +135,27 @@ int32_t load_pair(GridFile &los, GridFile &las, GtConstants *block) {
     auto *first = mem_new_array<int32_t>(2);
     auto *second = static_cast<float *>(mem_calloc(2 * cells, sizeof(float)));
     auto *third = mem_new_array<double>(6);
-    if (first == nullptr || second == nullptr || third == nullptr || !read_rows(los, h, second) ||
-        !read_rows(las, hl, second + cells)) {
-        mem_free(first);
-        mem_free(second);
-        mem_free(third);
-        return 0;
+    const bool ok = first != nullptr && second != nullptr && third != nullptr && read_rows(los, h, second) &&
+                    read_rows(las, hl, second + cells);
+    if (ok) {
+        first[0] = h.nr;
+        first[1] = h.nc;
+        third[0] = h.xmin;
+        third[1] = h.ymin;
+        third[2] = h.xmin + (h.nc - 1) * static_cast<double>(h.dx);
+        third[3] = h.ymin + (h.nr - 1) * static_cast<double>(h.dy);
+        third[4] = h.dx;
+        third[5] = h.dy;
     }
-    first[0] = h.nr;
-    first[1] = h.nc;
-    third[0] = h.xmin;
-    third[1] = h.ymin;
-    third[2] = h.xmin + (h.nc - 1) * static_cast<double>(h.dx);
-    third[3] = h.ymin + (h.nr - 1) * static_cast<double>(h.dy);
-    third[4] = h.dx;
-    third[5] = h.dy;
-    mem_free(block->first);
-    mem_free(block->second);
-    mem_free(block->third);
-    block->first = first;
-    block->second = second;
-    block->third = third;
-    return 1;
+    return gt_install(block, ok, first, second, third);
 }
 
 // The paths of a grid's pair; false when the name or the data home gives
 // none.
-constexpr size_t kPathSize = 1024;
-bool pair_paths(const char *subdirectory, const char *grid_name, char (&los)[kPathSize], char (&las)[kPathSize]) {
-    const char *base = grid_base_name(grid_name);
-    const size_t n = std::strlen(base);
-    if (n == 0 || n > OX_NAME_SIZE) return false;
-    char file[OX_NAME_SIZE + 8];
-    std::memcpy(file, base, n);
-    std::memcpy(file + n, ".los", 5);
-    if (!datahome_path(subdirectory, file, los, kPathSize)) return false;
-    std::memcpy(file + n, ".las", 5);
-    return datahome_path(subdirectory, file, las, kPathSize);
+bool pair_paths(const char *subdirectory, const char *grid_name, char (&los)[kGridPathSize],
+                char (&las)[kGridPathSize]) {
+    return grid_path(subdirectory, grid_name, ".los", false, los) &&
+           grid_path(subdirectory, grid_name, ".las", false, las);
 }
 
 // ---------------------------------------------------------------------------
@@ -340,7 +324,7 @@ struct FileCells {
 
 int32_t NadconGrid::unloaded_in(const char *subdirectory, const MethodFrame &f, Direction d, int32_t n,
                                 double *points) {
-    char los_path[kPathSize], las_path[kPathSize];
+    char los_path[kGridPathSize], las_path[kGridPathSize];
     if (f.grid_name == nullptr || *f.grid_name == '\0' || !pair_paths(subdirectory, f.grid_name, los_path, las_path))
         return 0;
     FileCells files;
@@ -385,35 +369,38 @@ int32_t NadconGrid::unloaded_in(const char *subdirectory, const MethodFrame &f, 
 
 // The loader of a subdirectory: the pair that the grid name gives.
 int32_t load_from(const char *subdirectory, GtConstants *block, const char *grid_name) {
-    char los_path[kPathSize], las_path[kPathSize];
+    char los_path[kGridPathSize], las_path[kGridPathSize];
     if (!pair_paths(subdirectory, grid_name, los_path, las_path)) return 0;
     GridFile los, las;
     if (!los.open(los_path) || !las.open(las_path)) return 0;
     return load_pair(los, las, block);
 }
 
-struct Nadcon : NadconGrid {
+// The two methods differ only in their registry row and subdirectory.
+template <class D>
+struct NadconInSubdirectory : NadconGrid {
+    static int32_t load(GtConstants *block, const char *grid_name) {
+        return load_from(D::kSubdirectory, block, grid_name);
+    }
+    static int32_t unloaded(const MethodFrame &f, Direction d, int32_t n, double *points, double *) {
+        return unloaded_in(D::kSubdirectory, f, d, n, points);
+    }
+};
+
+struct Nadcon : NadconInSubdirectory<Nadcon> {
     static constexpr int32_t kCode = 9613;
     static constexpr const char *kName = "NADCON";
     static constexpr const char *kAuthority = kEpsg;
     static constexpr const char *kAuthorityVersion = kEpsgVersion;
-    static int32_t load(GtConstants *block, const char *grid_name) { return load_from("nadcon", block, grid_name); }
-    static int32_t unloaded(const MethodFrame &f, Direction d, int32_t n, double *points, double *heights) {
-        (void)heights;
-        return unloaded_in("nadcon", f, d, n, points);
-    }
+    static constexpr const char *kSubdirectory = "nadcon";
 };
 
-struct Harn : NadconGrid {
+struct Harn : NadconInSubdirectory<Harn> {
     static constexpr int32_t kCode = 109613;
     static constexpr const char *kName = "HARN";
     static constexpr const char *kAuthority = kMavo;
     static constexpr const char *kAuthorityVersion = kMavoVersion;
-    static int32_t load(GtConstants *block, const char *grid_name) { return load_from("harn", block, grid_name); }
-    static int32_t unloaded(const MethodFrame &f, Direction d, int32_t n, double *points, double *heights) {
-        (void)heights;
-        return unloaded_in("harn", f, d, n, points);
-    }
+    static constexpr const char *kSubdirectory = "harn";
 };
 
 }  // namespace

@@ -103,15 +103,6 @@ void text_value(const Record &r, char out[9]) {
     for (int i = 7; i >= 0 && (out[i] == ' ' || out[i] == '\0'); --i) out[i] = '\0';
 }
 
-bool text_equal_nocase(const char *a, const char *b) {
-    for (;; ++a, ++b) {
-        const char ca = *a >= 'a' && *a <= 'z' ? *a - 'a' + 'A' : *a;
-        const char cb = *b >= 'a' && *b <= 'z' ? *b - 'a' + 'A' : *b;
-        if (ca != cb) return false;
-        if (ca == '\0') return true;
-    }
-}
-
 // Arc-seconds per unit of GS_TYPE, or 0 for an unknown unit.
 double seconds_per_unit(const char *gs_type) {
     if (text_equal_nocase(gs_type, "SECONDS")) return 1.0;
@@ -300,32 +291,8 @@ int32_t load(GridFile &file, GtConstants *block) {
     }
     mem_free(subs);
     mem_free(chunk);
-    if (!ok) {
-        mem_free(grids);
-        mem_free(shifts);
-        mem_free(third);
-        return 0;
-    }
-    *third = summary;
-    mem_free(block->first);
-    mem_free(block->second);
-    mem_free(block->third);
-    block->first = grids;
-    block->second = shifts;
-    block->third = third;
-    return 1;
-}
-
-// The file of a grid name in the data home; false when there is none.
-constexpr size_t kPathSize = 1024;
-bool grid_path(const char *grid_name, char (&path)[kPathSize]) {
-    const char *base = grid_base_name(grid_name);
-    const size_t n = std::strlen(base);
-    if (n == 0 || n > OX_NAME_SIZE) return false;
-    char file[OX_NAME_SIZE + 8];
-    std::memcpy(file, base, n + 1);
-    if (!(n >= 4 && text_equal_nocase(base + n - 4, ".gsb"))) std::memcpy(file + n, ".gsb", 5);
-    return datahome_path("ntv2", file, path, kPathSize);
+    if (ok) *third = summary;
+    return gt_install(block, ok, grids, shifts, third);
 }
 
 // ---------------------------------------------------------------------------
@@ -448,8 +415,8 @@ struct Ntv2 {
     }
 
     static int32_t load(GtConstants *block, const char *grid_name) {
-        char path[kPathSize];
-        if (!grid_path(grid_name, path)) return 0;
+        char path[kGridPathSize];
+        if (!grid_path("ntv2", grid_name, ".gsb", true, path)) return 0;
         GridFile file;
         return file.open(path) ? ox::load(file, block) : 0;
     }
