@@ -22,7 +22,8 @@
 //   (trunc x, trunc y), and each shift is
 //     z00 + (z10 - z00) fx + (z01 - z00) fy + (z11 - z10 - z01 + z00) fx fy;
 //   lon' = ox_delta(lon - dlon / 3600), lat' = (lat + dlat / 3600) with the
-//   mirror undone.
+//   mirror undone.  (The divisions are multiplications by reciprocals
+//   computed once: within an ulp, and no division in the point loop.)
 //
 //   Inverse: from the estimate e = target, repeat e -= (forward(e) - target)
 //   until both differences are within 2^-48 degree or 51 rounds have been
@@ -55,7 +56,7 @@ namespace ox {
 namespace {
 
 constexpr double kDegreesPerRadian = 57.29577951308232;
-constexpr double kSecondsPerDegree = 3600.0;
+constexpr double kDegreesPerSecond = 1.0 / 3600.0;
 constexpr int32_t kBigEndianColumns = 999999;  // |NC| above this: the other byte order
 constexpr int64_t kHeaderBytes = 96;
 constexpr int32_t kMinColumns = 23;  // 4 NC + 4 >= 96: a record holds the header
@@ -165,7 +166,12 @@ bool pair_paths(const char *subdirectory, const char *grid_name, char (&los)[kGr
 struct Grid {
     int32_t nr, nc;
     double xmin, ymin, xmax, ymax, dx, dy;
+    double per_dx, per_dy;  // 1 / dx, 1 / dy
 };
+
+Grid grid_of(int32_t nr, int32_t nc, double xmin, double ymin, double xmax, double ymax, double dx, double dy) {
+    return {nr, nc, xmin, ymin, xmax, ymax, dx, dy, 1.0 / dx, 1.0 / dy};
+}
 
 // A point in the grid's degrees: the far-west and southern conventions.
 struct GridPoint {
@@ -191,7 +197,7 @@ struct Cell {
     double fx, fy;
 };
 OX_ALWAYS_INLINE Cell cell_of(const Grid &g, double lon, double lat) {
-    const double x = (lon - g.xmin) / g.dx, y = (lat - g.ymin) / g.dy;
+    const double x = (lon - g.xmin) * g.per_dx, y = (lat - g.ymin) * g.per_dy;
     const double top_x = g.nc - 2.0, top_y = g.nr - 2.0;
     const double cx = x > 0.0 ? (x < top_x ? x : top_x) : 0.0;
     const double cy = y > 0.0 ? (y < top_y ? y : top_y) : 0.0;
@@ -222,8 +228,8 @@ OX_ALWAYS_INLINE void invert(const GridPoint &target, const ShiftsAt &shifts_at_
     double lon_e = target.lon, lat_e = target.lat;
     for (int round = 0;; ++round) {
         const Shifts s = shifts_at_point(lon_e, lat_e);
-        const double ex = (lon_e - s.dlon / kSecondsPerDegree) - target.lon;
-        const double ey = (lat_e + s.dlat / kSecondsPerDegree) - target.lat;
+        const double ex = (lon_e - s.dlon * kDegreesPerSecond) - target.lon;
+        const double ey = (lat_e + s.dlat * kDegreesPerSecond) - target.lat;
         if ((std::fabs(ex) <= kInverseTolerance && std::fabs(ey) <= kInverseTolerance) || round >= kMaxRounds ||
             !std::isfinite(ex) || !std::isfinite(ey))
             break;
@@ -250,7 +256,7 @@ struct NadconGrid {
         (void)d;
         const auto *sizes = static_cast<const int32_t *>(f.first);
         const auto *extent = static_cast<const double *>(f.third);
-        c.g = {sizes[0], sizes[1], extent[0], extent[1], extent[2], extent[3], extent[4], extent[5]};
+        c.g = grid_of(sizes[0], sizes[1], extent[0], extent[1], extent[2], extent[3], extent[4], extent[5]);
         if (c.g.nr < 2 || c.g.nc < 2) return false;
         c.lon_shifts = static_cast<const float *>(f.second);
         c.lat_shifts = c.lon_shifts + static_cast<size_t>(c.g.nr) * static_cast<size_t>(c.g.nc);
@@ -274,7 +280,7 @@ struct NadconGrid {
         const GridPoint p = grid_point(lon, lat);
         converted = strictly_inside(c.g, p);
         const Shifts s = shifts_at(c.g, c.lon_shifts, c.lat_shifts, p.lon, p.lat);
-        return result<M>(p, converted, p.lon - s.dlon / kSecondsPerDegree, p.lat + s.dlat / kSecondsPerDegree, lon,
+        return result<M>(p, converted, p.lon - s.dlon * kDegreesPerSecond, p.lat + s.dlat * kDegreesPerSecond, lon,
                          lat, lon_out, lat_out);
     }
 
@@ -332,14 +338,8 @@ int32_t NadconGrid::unloaded_in(const char *subdirectory, const MethodFrame &f, 
         !read_header(files.las, files.hl) || !same_grid(files.h, files.hl))
         return 0;
     const Header &h = files.h;
-    files.g = {h.nr,
-               h.nc,
-               h.xmin,
-               h.ymin,
-               h.xmin + (h.nc - 1) * static_cast<double>(h.dx),
-               h.ymin + (h.nr - 1) * static_cast<double>(h.dy),
-               h.dx,
-               h.dy};
+    files.g = grid_of(h.nr, h.nc, h.xmin, h.ymin, h.xmin + (h.nc - 1) * static_cast<double>(h.dx),
+                      h.ymin + (h.nr - 1) * static_cast<double>(h.dy), h.dx, h.dy);
     int32_t converted = 0;
     for (int32_t k = 0; k < n; ++k) {
         double *pt = points + 2 * static_cast<size_t>(k);
@@ -356,8 +356,8 @@ int32_t NadconGrid::unloaded_in(const char *subdirectory, const MethodFrame &f, 
             invert(p, at, lon_d, lat_d);
         } else {
             const Shifts s = at(p.lon, p.lat);
-            lon_d = p.lon - s.dlon / kSecondsPerDegree;
-            lat_d = p.lat + s.dlat / kSecondsPerDegree;
+            lon_d = p.lon - s.dlon * kDegreesPerSecond;
+            lat_d = p.lat + s.dlat * kDegreesPerSecond;
         }
         if (!readable) continue;
         pt[0] = ox_delta(lon_d * kDegree);
