@@ -3,6 +3,7 @@
 // NTv2 grids against the reference vectors, sub-grids, units, and grids
 // that must not load.
 #include <gtest/gtest.h>
+#include <strings.h>
 #include <sys/stat.h>
 
 #include <cmath>
@@ -374,4 +375,59 @@ TEST(Ntv2Grids, HostileFilesDoNotLoad) {
         ox::gt_delete(c);
         EXPECT_EQ(ox::mem_live_count(), live);
     }
+}
+
+// Every grid transformation of the catalogue (NADCON and NTv2) builds and,
+// once a grid of its name is in the data home, converts a point inside it
+// forward and back; without the grid it converts nothing.
+TEST(GridMethods, EveryCatalogueGridTransformationConverts) {
+    oxtest::TempDir dir;
+    const DataHome home(dir.path);
+    // One NTv2 grid of 1 x 1 degree about (99 W, 31 N), constant shifts.
+    const std::vector<oxtest::Ntv2SubGrid> ntv2 = {
+        {"ONLY", "NONE", 30.5 * 3600, 31.5 * 3600, 98.5 * 3600, 99.5 * 3600, 900, 900,
+         [](int, int) { return std::pair<float, float>(0.5f, 1.5f); }}};
+    const std::string gsb = oxtest::ntv2_bytes(ntv2, "SECONDS", false);
+    oxtest::make_dirs(dir.path + "/ntv2");
+    int32_t count = 0;
+    int32_t *codes = ox_factory_geogtran_codelist(&count);
+    ASSERT_NE(codes, nullptr);
+    std::map<std::string, int> converted;
+    for (int32_t k = 0; k < count; ++k) {
+        const Owned gt(ox_factory_geogtran(codes[k]));
+        ASSERT_TRUE(gt) << codes[k];
+        char method[OX_NAME_SIZE], grid[OX_NAME_SIZE];
+        ox_method_name(ox_geogtran_method(gt.get()), method);
+        const bool nadcon = std::strcmp(method, "NADCON") == 0, ntv = std::strcmp(method, "NTv2") == 0;
+        if (!nadcon && !ntv) continue;
+        SCOPED_TRACE(codes[k]);
+        ox_object *params[OX_PARAMETER_SLOTS];
+        ox_geogtran_parameters(gt.get(), params);
+        ASSERT_NE(params[15], nullptr);
+        ox_parameter_name(params[15], grid);
+        ASSERT_EQ(std::strncmp(grid, "Dataset_", 8), 0);
+        const std::string name = grid + 8;
+        // In the source system's unit.
+        const double unit = ox_unit_factor(ox_geogcs_unit(ox_geogtran_geogcs1(gt.get())));
+        const double lon = -99.0 * oxtest::kDeg / unit, lat = 31.0 * oxtest::kDeg / unit;
+        double p[2] = {lon, lat};
+        EXPECT_EQ(ox_geog1_to_geog2(gt.get(), 1, p, nullptr), 0);  // no grid yet
+        if (nadcon) {
+            oxtest::write_nadcon(dir.path + "/nadcon", name, test_grid(), (k & 1) != 0);
+        } else {
+            const bool has_suffix = name.size() > 4 && strcasecmp(name.c_str() + name.size() - 4, ".gsb") == 0;
+            oxtest::write_file(dir.path + "/ntv2/" + name + (has_suffix ? "" : ".gsb"), gsb);
+        }
+        ASSERT_EQ(ox_geog1_to_geog2(gt.get(), 1, p, nullptr), 1) << name;
+        EXPECT_GT(std::fabs(p[0] - lon) + std::fabs(p[1] - lat), 0.0);
+        ASSERT_EQ(ox_geog2_to_geog1(gt.get(), 1, p, nullptr), 1) << name;
+        EXPECT_NEAR(p[0], lon, 1e-10 / unit * oxtest::kDeg);
+        EXPECT_NEAR(p[1], lat, 1e-10 / unit * oxtest::kDeg);
+        ++converted[method];
+    }
+    ox_factory_codelist_del(codes);
+    EXPECT_GT(converted["NADCON"], 100);
+    EXPECT_GT(converted["NTv2"], 100);
+    std::printf("  catalogue grid transformations converted: %d NADCON, %d NTv2\n", converted["NADCON"],
+                converted["NTv2"]);
 }

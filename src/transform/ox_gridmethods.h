@@ -2,12 +2,36 @@
 // targets and tests hand them memory streams), and what their blocks hold.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 
+#include "projection/ox_fastmath.h"
 #include "transform/ox_gtconstants.h"
 
 namespace ox {
+
+// The inverse of a grid shift by fixed-point iteration: from the estimate
+// e = target, e -= forward(e) - target until both differences are within
+// `tolerance`, or a difference is not finite, or after 51 rounds; the last
+// estimate is the result.  `forward(x, y, fx, fy)` shifts one estimate.
+inline constexpr int kGridInverseLastRound = 50;
+template <class Forward>
+OX_ALWAYS_INLINE void invert_grid_shift(double tx, double ty, double tolerance, const Forward &forward, double &x,
+                                        double &y) {
+    x = tx;
+    y = ty;
+    for (int round = 0;; ++round) {
+        double fx, fy;
+        forward(x, y, fx, fy);
+        const double ex = fx - tx, ey = fy - ty;
+        if ((std::fabs(ex) <= tolerance && std::fabs(ey) <= tolerance) || round >= kGridInverseLastRound ||
+            !std::isfinite(ex) || !std::isfinite(ey))
+            break;
+        x -= ex;
+        y -= ey;
+    }
+}
 
 // NADCON/HARN: a ".los" (longitude shifts) and ".las" (latitude shifts)
 // pair.  On success the block holds

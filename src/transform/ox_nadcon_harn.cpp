@@ -60,7 +60,6 @@ constexpr double kDegreesPerSecond = 1.0 / 3600.0;
 constexpr int32_t kBigEndianColumns = 999999;  // |NC| above this: the other byte order
 constexpr int64_t kHeaderBytes = 96;
 constexpr int32_t kMinColumns = 23;  // 4 NC + 4 >= 96: a record holds the header
-constexpr int kMaxRounds = 50;       // the inverse stops after 51 rounds
 constexpr double kInverseTolerance = kZero;  // degrees
 
 struct Header {
@@ -225,19 +224,14 @@ OX_ALWAYS_INLINE Shifts shifts_at(const Grid &g, const float *lon_shifts, const 
 // The inverse iteration, from any source of shifts.
 template <class ShiftsAt>
 OX_ALWAYS_INLINE void invert(const GridPoint &target, const ShiftsAt &shifts_at_point, double &lon, double &lat) {
-    double lon_e = target.lon, lat_e = target.lat;
-    for (int round = 0;; ++round) {
-        const Shifts s = shifts_at_point(lon_e, lat_e);
-        const double ex = (lon_e - s.dlon * kDegreesPerSecond) - target.lon;
-        const double ey = (lat_e + s.dlat * kDegreesPerSecond) - target.lat;
-        if ((std::fabs(ex) <= kInverseTolerance && std::fabs(ey) <= kInverseTolerance) || round >= kMaxRounds ||
-            !std::isfinite(ex) || !std::isfinite(ey))
-            break;
-        lon_e -= ex;
-        lat_e -= ey;
-    }
-    lon = lon_e;
-    lat = lat_e;
+    invert_grid_shift(
+        target.lon, target.lat, kInverseTolerance,
+        [&](double x, double y, double &fx, double &fy) {
+            const Shifts s = shifts_at_point(x, y);
+            fx = x - s.dlon * kDegreesPerSecond;
+            fy = y + s.dlat * kDegreesPerSecond;
+        },
+        lon, lat);
 }
 
 struct NadconConstants {

@@ -58,7 +58,6 @@ constexpr int64_t kRecord = 16;
 constexpr int32_t kMinHeaderRecords = 11, kMaxHeaderRecords = 64;
 constexpr int64_t kNodeBytes = 16;
 constexpr double kSecondsPerRadian = 206264.80624709636;  // 648000 / pi
-constexpr int kMaxRounds = 50;
 constexpr double kInverseTolerance = 1e-9;  // arc-seconds
 constexpr size_t kChunkNodes = 16384;       // nodes read at a time
 
@@ -399,18 +398,16 @@ struct Ntv2 {
         const int32_t target_grid = find_grid(c, lat_t, lon_t);
         converted = target_grid >= 0;
         double lat_e = lat_t, lon_e = lon_t;
-        if (converted) {
-            for (int round = 0;; ++round) {
-                const int32_t g = find_grid(c, lat_e, lon_e);
-                const Shifts s = shifts_in(c, c.grids[g >= 0 ? g : target_grid], lat_e, lon_e);
-                const double ey = (lat_e + s.dlat) - lat_t, ex = (lon_e + s.dlon) - lon_t;
-                if ((std::fabs(ex) <= kInverseTolerance && std::fabs(ey) <= kInverseTolerance) ||
-                    round >= kMaxRounds || !std::isfinite(ex) || !std::isfinite(ey))
-                    break;
-                lat_e -= ey;
-                lon_e -= ex;
-            }
-        }
+        if (converted)
+            invert_grid_shift(
+                lon_t, lat_t, kInverseTolerance,
+                [&](double x, double y, double &fx, double &fy) {
+                    const int32_t g = find_grid(c, y, x);
+                    const Shifts s = shifts_in(c, c.grids[g >= 0 ? g : target_grid], y, x);
+                    fx = x + s.dlon;
+                    fy = y + s.dlat;
+                },
+                lon_e, lat_e);
         return result<M>(converted, lat_e, lon_e, lon, lat, lon_out, lat_out);
     }
 
