@@ -318,6 +318,7 @@ struct Fuller {
         bool ok = true;
         gx = gy = 0.0;
         jacobian[0] = jacobian[1] = jacobian[2] = 0.0;
+#pragma GCC unroll 3
         for (int k = 0; k < 3; ++k) {
             const double q = sigma * (kNormal[k][0] * X + kNormal[k][1] * Y);
             const double A = q * c.cos_rho + c.sin_rho, B = c.bw - c.bz * q;
@@ -377,6 +378,7 @@ struct Fuller {
         const double gx0 = select(found, u - face.centre[0], 0.0), gy0 = select(found, v - face.centre[1], 0.0);
         double X = gx0 * c.guess, Y = gy0 * c.guess;
         bool ok = true;
+#pragma GCC unroll 8
         for (int step = 0; step < kNewtonSteps; ++step) {
             double gx, gy, j[3];
             ok &= face_map<M>(c, face.sigma, X, Y, gx, gy, j);

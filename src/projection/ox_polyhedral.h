@@ -31,6 +31,19 @@ OX_ALWAYS_INLINE T select(bool take, T a, T b) {
     return take ? a : b;
 }
 
+// A face copied member by member (an aggregate copy would keep the point
+// loop from vectorising).
+OX_ALWAYS_INLINE void copy_face(const PolyFace &from, PolyFace &to) {
+    for (int k = 0; k < 3; ++k) {
+        to.c[k] = from.c[k];
+        to.e1[k] = from.e1[k];
+        to.e2[k] = from.e2[k];
+    }
+    to.centre[0] = from.centre[0];
+    to.centre[1] = from.centre[1];
+    to.sigma = from.sigma;
+}
+
 OX_ALWAYS_INLINE void take_face(bool take, const PolyFace &from, PolyFace &to) {
     for (int k = 0; k < 3; ++k) {
         to.c[k] = select(take, from.c[k], to.c[k]);
@@ -55,7 +68,8 @@ inline constexpr double kTieMargin = 1e-14;
 // p . c.  A NaN point takes the first face.
 template <int N>
 OX_ALWAYS_INLINE PolyFace nearest_face(const PolyFace (&faces)[N], const double p[3], double &cosine) {
-    PolyFace face = faces[0];
+    PolyFace face;
+    copy_face(faces[0], face);
     double best = dot3(p, face.c);
 #pragma GCC unroll 24
     for (int k = 1; k < N; ++k) {
@@ -72,7 +86,8 @@ OX_ALWAYS_INLINE PolyFace nearest_face(const PolyFace (&faces)[N], const double 
 // `found` tells whether there is one (else the first face is returned).
 template <int N, class Holds>
 OX_ALWAYS_INLINE PolyFace first_face(const PolyFace (&faces)[N], Holds holds, bool &found) {
-    PolyFace face = faces[0];
+    PolyFace face;
+    copy_face(faces[0], face);
     found = false;
 #pragma GCC unroll 24
     for (int k = 0; k < N; ++k) {
