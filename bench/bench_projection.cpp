@@ -50,6 +50,33 @@ constexpr System kSystems[] = {
     {"PlateCarree", "Plate_Carree", "", kWgs84Rf, 0, 180, -80, 84},
     {"Fuller", "Fuller", "Option=0", kWgs84Rf, 0, 180, -90, 90},
     {"Cube", "Cube", "Central_Meridian=0;Option=0", kWgs84Rf, 0, 180, -90, 90},
+    {"HotineA", "Hotine_Oblique_Mercator_Azimuth_Natural_Origin",
+     "Longitude_Of_Center=-86;Latitude_Of_Center=45.30916666666667;Azimuth=337.25556;Scale_Factor=0.9996", kWgs84Rf,
+     -86, 10, 35, 55},
+    {"HotineB", "Hotine_Oblique_Mercator_Azimuth_Center",
+     "Longitude_Of_Center=-86;Latitude_Of_Center=45.30916666666667;Azimuth=337.25556;Scale_Factor=0.9996", kWgs84Rf,
+     -86, 10, 35, 55},
+    {"HotineBSphere", "Hotine_Oblique_Mercator_Azimuth_Center",
+     "Longitude_Of_Center=-86;Latitude_Of_Center=45.30916666666667;Azimuth=337.25556;Scale_Factor=0.9996", 0, -86, 10,
+     35, 55},
+    {"RsoBorneo", "Rectified_Skew_Orthomorphic_Center",
+     "Longitude_Of_Center=115;Latitude_Of_Center=4;Azimuth=53.31582047222222;XY_Plane_Rotation=53.13010236111111;"
+     "Scale_Factor=0.99984",
+     kWgs84Rf, 115, 5, 0, 8},
+    {"HotineTwoPoint", "Hotine_Oblique_Mercator_Two_Point_Natural_Origin",
+     "Longitude_Of_1st_Point=-80;Latitude_Of_1st_Point=40;Longitude_Of_2nd_Point=-70;Latitude_Of_2nd_Point=45;"
+     "Latitude_Of_Center=42;Scale_Factor=0.9996",
+     kWgs84Rf, -75, 10, 35, 50},
+    {"Krovak", "Krovak",
+     "Longitude_Of_Center=24.83333333333333;Latitude_Of_Center=49.5;Pseudo_Standard_Parallel_1=78.5;"
+     "Azimuth=30.28813975277778;Scale_Factor=0.9999;X_Scale=1;Y_Scale=1;XY_Plane_Rotation=0",
+     kWgs84Rf, 17, 5, 47.5, 51.5},
+    {"KrovakEastNorth", "Krovak",
+     "Longitude_Of_Center=24.83333333333333;Latitude_Of_Center=49.5;Pseudo_Standard_Parallel_1=78.5;"
+     "Azimuth=30.28813975277778;Scale_Factor=0.9999;X_Scale=-1;Y_Scale=1;XY_Plane_Rotation=90",
+     kWgs84Rf, 17, 5, 47.5, 51.5},
+    {"NewZealandMapGrid", "New_Zealand_Map_Grid", "Longitude_Of_Origin=173;Latitude_Of_Origin=-41", kWgs84Rf, 173, 7,
+     -48, -34},
 };
 
 ox_object *projcs(const System &s) {

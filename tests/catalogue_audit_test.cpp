@@ -132,6 +132,25 @@ struct Expected {
     double mercator_scale = 0;          // Mercator (variant A): the scale at the standard parallel
 };
 
+// cos(phi) / sqrt(1 - e2 sin^2 phi) of a registry system's spheroid, phi in
+// degrees: the radius of the parallel over the semi-major axis.
+double parallel_radius(const RegistryProjcs &r, double lat) {
+    const double f = r.inverse_flattening == 0 ? 0.0 : 1.0 / r.inverse_flattening, e2 = f * (2 - f);
+    const double s = std::sin(lat * kPi / 180);
+    return std::cos(lat * kPi / 180) / std::sqrt(1 - e2 * s * s);
+}
+
+// n of the Lambert conformal conic through two standard parallels (IOGP
+// Guidance Note 7-2, 3.2.1.1).
+double cone_constant(const RegistryProjcs &r, double lat1, double lat2) {
+    const double f = r.inverse_flattening == 0 ? 0.0 : 1.0 / r.inverse_flattening, e = std::sqrt(f * (2 - f));
+    auto t = [&](double lat) {
+        const double phi = lat * kPi / 180, s = e * std::sin(phi);
+        return std::tan(kPi / 4 - phi / 2) / std::pow((1 - s) / (1 + s), e / 2);
+    };
+    return std::log(parallel_radius(r, lat1) / parallel_radius(r, lat2)) / std::log(t(lat1) / t(lat2));
+}
+
 // The library's form of a registry method, or false when it has none.
 bool expected_of(const RegistryProjcs &r, Expected *e) {
     const auto &p = r.p;
@@ -146,11 +165,40 @@ bool expected_of(const RegistryProjcs &r, Expected *e) {
         e->projections = {"Transverse_Mercator", "Gauss_Kruger"};
         add({{"Central_Meridian", v(kLon0)}, {"Scale_Factor", v(kK0)}, {"Latitude_Of_Origin", v(kLat0)}});
         return true;
+    case 9808:  // Transverse Mercator (South Orientated): easting -W and northing -S
+        e->projections = {"Transverse_Mercator"};
+        e->parameters = {{"False_Easting", -v(kFe)}, {"False_Northing", -v(kFn)}, {"Central_Meridian", v(kLon0)},
+                         {"Scale_Factor", v(kK0)}, {"Latitude_Of_Origin", v(kLat0)}};
+        return true;
     case 9801:  // Lambert Conic Conformal (1SP): the standard parallel is the latitude of origin
         e->projections = {"Lambert_Conformal_Conic"};
         add({{"Central_Meridian", v(kLon0)}, {"Standard_Parallel_1", v(kLat0)}, {"Scale_Factor", v(kK0)},
              {"Latitude_Of_Origin", v(kLat0)}});
         return true;
+    case 9826:  // Lambert Conic Conformal (West Orientated): easting -W, the 1SP conic
+        e->projections = {"Lambert_Conformal_Conic"};
+        e->parameters = {{"False_Easting", -v(kFe)}, {"False_Northing", v(kFn)}, {"Central_Meridian", v(kLon0)},
+                         {"Standard_Parallel_1", v(kLat0)}, {"Scale_Factor", v(kK0)}, {"Latitude_Of_Origin", v(kLat0)}};
+        return true;
+    case 9803:  // Lambert Conic Conformal (2SP Belgium): theta - 29.2985" is the 2SP conic about lonF + a / n
+        e->projections = {"Lambert_Conformal_Conic"};
+        e->parameters = {{"False_Easting", v(kEf)},
+                         {"False_Northing", v(kNf)},
+                         {"Central_Meridian", v(kLonF) + 29.2985 / 3600.0 / cone_constant(r, v(kSp1), v(kSp2))},
+                         {"Standard_Parallel_1", v(kSp1)},
+                         {"Standard_Parallel_2", v(kSp2)},
+                         {"Latitude_Of_Origin", v(kLatF)}};
+        return true;
+    case 9830: {  // Polar Stereographic (variant C): variant B with the false origin on the standard parallel
+        const bool south = v(kLatStd) < 0;
+        const double rho_f = r.axis * parallel_radius(r, v(kLatStd)) / r.linear_unit;
+        e->projections = {south ? "Stereographic_South_Pole" : "Stereographic_North_Pole"};
+        e->parameters = {{"False_Easting", v(kEf)},
+                         {"False_Northing", south ? v(kNf) - rho_f : v(kNf) + rho_f},
+                         {"Central_Meridian", v(kLonOrigin)},
+                         {"Standard_Parallel_1", v(kLatStd)}};
+        return true;
+    }
     case 9802:  // Lambert Conic Conformal (2SP)
     case 9822:  // Albers Equal Area
         e->projections = {r.method == 9802 ? "Lambert_Conformal_Conic" : "Albers"};
@@ -374,15 +422,13 @@ TEST(CatalogueAudit, PeerPointsOfEveryRegistrySystem) {
                 x = xy[0];
                 y = xy[1];
             }
-            // The file's axes as written: southing and westing, westing and
-            // southing, else easting first.
+            // The file's axes as written, easting first but for southing and
+            // westing (Krovak, whose axis parameters give the same axes) and
+            // westing and southing (the south-orientated transverse Mercator,
+            // which the library gives as easting and northing).
             const std::string &axes = f[5];
             double ex = std::stod(f[3]), ey = std::stod(f[4]);
-            if (axes == "south/west") {
-                const double s = ex;
-                ex = -ey;
-                ey = -s;
-            } else if (axes == "west/south") {
+            if (axes == "west/south") {
                 ex = -ex;
                 ey = -ey;
             }

@@ -37,6 +37,12 @@ TEST(CatalogueProjection, GuidanceNoteExamples) {
     if (check_rows("guidance_note_examples.csv", 0.01, false) == 0) GTEST_SKIP() << "no projection routine available";
 }
 
+// The methods without reference vectors, against their published formulas
+// evaluated on the side (to 0.1 mm as written).
+TEST(CatalogueProjection, MethodsWithoutReferenceVectors) {
+    if (check_rows("catalogue_formula_points.csv", 1e-3, true) == 0) GTEST_SKIP() << "no projection routine available";
+}
+
 TEST(CatalogueProjection, PeerReferencePoints) {
     EXPECT_EQ(read_csv("catalogue_reference.csv").size(), 110u);
     if (check_rows("catalogue_reference.csv", 2e-3, true) == 0) GTEST_SKIP() << "no projection routine available";

@@ -41,10 +41,10 @@ namespace ox {
     PENDING(43022, "Quartic_Authalic", kFalseOriginAndMeridian)                         \
     PENDING(43023, "Loximuthal", kCentralParallel)                                      \
     PENDING(43024, "Bonne", kStandardParallel)                                          \
-    PENDING(43036, "Hotine_Oblique_Mercator_Azimuth_Natural_Origin", kAzimuthCenter)    \
-    PENDING(43037, "Hotine_Oblique_Mercator_Azimuth_Center", kAzimuthCenter)            \
-    PENDING(43025, "Hotine_Oblique_Mercator_Two_Point_Natural_Origin", kTwoPointOblique) \
-    PENDING(43035, "Hotine_Oblique_Mercator_Two_Point_Center", kTwoPointOblique)        \
+    X(HotineAzimuthNaturalOrigin)                                                       \
+    X(HotineAzimuthCenter)                                                              \
+    X(HotineTwoPointNaturalOrigin)                                                      \
+    X(HotineTwoPointCenter)                                                             \
     PENDING(43026, "Stereographic", kScaleAndOrigin)                                    \
     PENDING(43050, "Stereographic_North_Pole", kStandardParallel)                       \
     PENDING(43051, "Stereographic_South_Pole", kStandardParallel)                       \
@@ -58,8 +58,8 @@ namespace ox {
     PENDING(43033, "Lambert_Azimuthal_Equal_Area", kOrigin)                             \
     X(CylindricalEqualArea)                                                             \
     PENDING(43038, "Double_Stereographic", kScaleAndOrigin)                             \
-    PENDING(43039, "Krovak", kKrovak)                                                   \
-    PENDING(43040, "New_Zealand_Map_Grid", kNewZealand)                                 \
+    X(Krovak)                                                                           \
+    X(NewZealandMapGrid)                                                                \
     PENDING(43041, "Orthographic", kCenter)                                             \
     PENDING(43042, "Winkel_Tripel", kStandardParallel)                                  \
     PENDING(43043, "Aitoff", kFalseOriginAndMeridian)                                   \
@@ -70,8 +70,8 @@ namespace ox {
     PENDING(43048, "Times", kFalseOriginAndMeridian)                                    \
     PENDING(43049, "Vertical_Near_Side_Perspective", kPerspective)                      \
     X(FullerProjection)                                                                 \
-    PENDING(43053, "Rectified_Skew_Orthomorphic_Natural_Origin", kSkew)                 \
-    PENDING(43054, "Rectified_Skew_Orthomorphic_Center", kSkew)                         \
+    X(RectifiedSkewNaturalOrigin)                                                       \
+    X(RectifiedSkewCenter)                                                              \
     X(CubeProjection)                                                                   \
     PENDING(43058, "Local", kAzimuthCenter)                                             \
     PENDING(43059, "Goode_Homolosine", kMeridianAndOption)

@@ -37,6 +37,9 @@ PRJ = {
     'Double_Stereographic': 43038, 'Krovak': 43039, 'New_Zealand_Map_Grid': 43040,
     'Rectified_Skew_Orthomorphic_Natural_Origin': 43053, 'Rectified_Skew_Orthomorphic_Center': 43054,
 }
+# Lambert Conic Conformal (2SP Belgium): the turn of the grid, 29.2985
+# seconds, in degrees (IOGP Guidance Note 7-2, method 9803).
+BELGIUM_ROTATION = 29.2985 / 3600.0
 ANGULAR_PARAMETERS = {
     'Central_Meridian', 'Longitude_Of_Origin', 'Standard_Parallel_1', 'Standard_Parallel_2',
     'Latitude_Of_Origin', 'Central_Parallel', 'Azimuth', 'Longitude_Of_1st_Point',
@@ -223,6 +226,33 @@ class Catalogue:
         f = 1.0 / invf
         return f * (2 - f)
 
+    def spheroid_of(self, r):
+        """(a, e2) of the spheroid of an EPSG projected system's geographic system."""
+        ellipsoid = self.datums[self.gcs[int(r['geographic_crs_code'])][1]][1]
+        return self.ells[ellipsoid][1], self.e2(ellipsoid)
+
+    def parallel_radius(self, r, lat):
+        """a m = a cos(phi) / sqrt(1 - e2 sin^2 phi): the radius of the parallel
+        lat (degrees) in metres."""
+        a, e2 = self.spheroid_of(r)
+        phi = math.radians(lat)
+        return a * math.cos(phi) / math.sqrt(1 - e2 * math.sin(phi) ** 2)
+
+    def lcc_cone_constant(self, r, lat1, lat2):
+        """n of the Lambert conformal conic with standard parallels lat1 and
+        lat2 (IOGP Guidance Note 7-2, 3.2.1.1): (ln m1 - ln m2) / (ln t1 - ln t2)."""
+        a, e2 = self.spheroid_of(r)
+        e = math.sqrt(e2)
+
+        def t(lat):
+            phi = math.radians(lat)
+            s = e * math.sin(phi)
+            return math.tan(math.pi / 4 - phi / 2) / ((1 - s) / (1 + s)) ** (e / 2)
+        m1, m2 = self.parallel_radius(r, lat1) / a, self.parallel_radius(r, lat2) / a
+        if lat1 == lat2:
+            return math.sin(math.radians(lat1))
+        return (math.log(m1) - math.log(m2)) / (math.log(t(lat1)) - math.log(t(lat2)))
+
     # ------------------------------------------------------------------ geographic systems and datums
     def gcs_wanted(self):
         """EPSG geographic systems of the catalogue: current rows of 4000-4999,
@@ -366,10 +396,35 @@ class Catalogue:
             prj = PRJ_GK if re.search(r'Gauss|GK', name) else PRJ_TM
             return prj, fe_fn + [('Central_Meridian', p[8802]), ('Scale_Factor', p[8805]),
                                  ('Latitude_Of_Origin', p[8801])]
+        if method == 9808:
+            # Transverse Mercator (South Orientated): westing W = FE - E' and
+            # southing S = FN - N' of the transverse Mercator offsets (E', N');
+            # the library's axes are easting and northing, so the system is the
+            # transverse Mercator with the false origin negated: x = -W, y = -S.
+            return PRJ_TM, [('False_Easting', 0.0 - p[8806]), ('False_Northing', 0.0 - p[8807]),
+                            ('Central_Meridian', p[8802]), ('Scale_Factor', p[8805]),
+                            ('Latitude_Of_Origin', p[8801])]
         if method == 9801:
             return PRJ['Lambert_Conformal_Conic'], fe_fn + [
                 ('Central_Meridian', p[8802]), ('Standard_Parallel_1', p[8801]), ('Scale_Factor', p[8805]),
                 ('Latitude_Of_Origin', p[8801])]
+        if method == 9826:
+            # Lambert Conic Conformal (West Orientated): westing W = FE - r sin(theta)
+            # and the 1SP northing; the library's easting is -W, the 1SP conic with
+            # the false easting negated.
+            return PRJ['Lambert_Conformal_Conic'], [
+                ('False_Easting', 0.0 - p[8806]), ('False_Northing', p[8807]),
+                ('Central_Meridian', p[8802]), ('Standard_Parallel_1', p[8801]), ('Scale_Factor', p[8805]),
+                ('Latitude_Of_Origin', p[8801])]
+        if method == 9803:
+            # Lambert Conic Conformal (2SP Belgium): the 2SP conic with theta
+            # replaced by theta - a, a = 29.2985 seconds; as theta = n (lon - lonF),
+            # that is the 2SP conic about the meridian lonF + a / n.
+            n = self.lcc_cone_constant(r, p[8823], p[8824])
+            return PRJ['Lambert_Conformal_Conic'], [
+                ('False_Easting', p[8826]), ('False_Northing', p[8827]),
+                ('Central_Meridian', p[8822] + BELGIUM_ROTATION / n), ('Standard_Parallel_1', p[8823]),
+                ('Standard_Parallel_2', p[8824]), ('Latitude_Of_Origin', p[8821])]
         if method in (9802, 9822):
             prj = PRJ['Lambert_Conformal_Conic'] if method == 9802 else PRJ['Albers']
             return prj, [('False_Easting', p[8826]), ('False_Northing', p[8827]),
@@ -378,6 +433,17 @@ class Catalogue:
         if method == 9829:
             prj = PRJ['Stereographic_North_Pole'] if p[8832] > 0 else PRJ['Stereographic_South_Pole']
             return prj, fe_fn + [('Central_Meridian', p[8833]), ('Standard_Parallel_1', p[8832])]
+        if method == 9830:
+            # Polar Stereographic (variant C): variant B with the false origin where
+            # the standard parallel meets the longitude of origin, rho_F = a m_F from
+            # the pole: northing NF - rho_F + rho cos(dlon) about the south pole,
+            # NF + rho_F - rho cos(dlon) about the north; variant B's false
+            # northing is NF -+ rho_F, in the system's linear unit.
+            south = p[8832] < 0
+            rho_f = self.parallel_radius(r, p[8832]) / self.units[int(r['linear_unit_code'])][1]
+            return PRJ['Stereographic_South_Pole' if south else 'Stereographic_North_Pole'], [
+                ('False_Easting', p[8826]), ('False_Northing', p[8827] - rho_f if south else p[8827] + rho_f),
+                ('Central_Meridian', p[8833]), ('Standard_Parallel_1', p[8832])]
         if method in (9810, 9809):
             prj = PRJ['Stereographic'] if method == 9810 else PRJ['Double_Stereographic']
             return prj, fe_fn + [('Central_Meridian', p[8802]), ('Scale_Factor', p[8805]),
