@@ -23,6 +23,11 @@ double horizon_center(const double parameters[OX_PARAMETER_SLOTS], double Parame
 }
 
 int32_t horizon_band(double lon0, double half_width, double half_height, int32_t max_vertices, double *vertices) {
+    return horizon_box(lon0, half_width, -half_height, half_height, max_vertices, vertices);
+}
+
+int32_t horizon_box(double lon0, double half_width, double south, double north, int32_t max_vertices,
+                    double *vertices) {
     const int32_t total = 4 * kPerEdge + 1;
     if (vertices == nullptr || max_vertices <= 0) return total;
     int32_t k = 0;
@@ -33,14 +38,31 @@ int32_t horizon_band(double lon0, double half_width, double half_height, int32_t
         }
         ++k;
     };
-    const double lat = half_height;
-    const double w = lon0 - half_width, e = lon0 + half_width;
-    for (int32_t i = 0; i < kPerEdge; ++i) put(w, -lat + 2.0 * lat * i / kPerEdge);  // west edge, north
-    for (int32_t i = 0; i < kPerEdge; ++i) put(w + (e - w) * i / kPerEdge, lat);     // north edge, east
-    for (int32_t i = 0; i < kPerEdge; ++i) put(e, lat - 2.0 * lat * i / kPerEdge);   // east edge, south
-    for (int32_t i = 0; i < kPerEdge; ++i) put(e - (e - w) * i / kPerEdge, -lat);    // south edge, west
-    put(w, -lat);                                                                     // closed
+    const double w = lon0 - half_width, e = lon0 + half_width, height = north - south;
+    for (int32_t i = 0; i < kPerEdge; ++i) put(w, south + height * i / kPerEdge);  // west edge, north
+    for (int32_t i = 0; i < kPerEdge; ++i) put(w + (e - w) * i / kPerEdge, north);  // north edge, east
+    for (int32_t i = 0; i < kPerEdge; ++i) put(e, north - height * i / kPerEdge);  // east edge, south
+    for (int32_t i = 0; i < kPerEdge; ++i) put(e - (e - w) * i / kPerEdge, south);  // south edge, west
+    put(w, south);                                                                  // closed
     return total;
+}
+
+int32_t horizon_circle(double lon_c, double lat_c, double radius, int32_t max_vertices, double *vertices) {
+    constexpr int32_t kVertices = 4 * kPerEdge;
+    if (vertices == nullptr || max_vertices <= 0) return kVertices + 1;
+    const double s0 = std::sin(lat_c), c0 = std::cos(lat_c), sr = std::sin(radius), cr = std::cos(radius);
+    double previous = 0.0;
+    for (int32_t i = 0; i <= kVertices && i < max_vertices; ++i) {
+        // The point at distance `radius` and azimuth alpha from the centre.
+        const double alpha = kTwoPi * (i % kVertices) / kVertices;
+        const double sin_lat = s0 * cr + c0 * sr * std::cos(alpha);
+        double dlon = std::atan2(std::sin(alpha) * sr * c0, cr - s0 * sin_lat);
+        if (i > 0) dlon = previous + ox_delta(dlon - previous);  // no jump
+        previous = dlon;
+        vertices[2 * i] = lon_c + dlon;
+        vertices[2 * i + 1] = std::asin(sin_lat > 1.0 ? 1.0 : (sin_lat < -1.0 ? -1.0 : sin_lat));
+    }
+    return kVertices + 1;
 }
 
 OX_HORIZON_ROUTINE(horizon_world) {

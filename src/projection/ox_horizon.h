@@ -23,6 +23,16 @@ double horizon_center(const double parameters[OX_PARAMETER_SLOTS],
 // with 32 vertices per edge; returns the number of vertices of the whole
 // boundary (129), writing at most `max_vertices` (null: none).
 int32_t horizon_band(double lon0, double half_width, double half_height, int32_t max_vertices, double *vertices);
+// The same for the band [lon0 - half_width, lon0 + half_width] x [south,
+// north].
+int32_t horizon_box(double lon0, double half_width, double south, double north, int32_t max_vertices,
+                    double *vertices);
+// Writes the closed boundary of the spherical cap of angular radius
+// `radius` (0 < radius < pi, radians) about (lon_c, lat_c): 128 vertices
+// clockwise from the north (azimuths 0, 2pi/128, ...) and the first again;
+// longitudes run on without a jump (a cap about a pole sweeps 2 pi).
+// Returns 129, writing at most `max_vertices` (null: none).
+int32_t horizon_circle(double lon_c, double lat_c, double radius, int32_t max_vertices, double *vertices);
 
 // The whole globe about the central meridian.
 OX_HORIZON_ROUTINE(horizon_world);

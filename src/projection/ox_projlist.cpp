@@ -23,7 +23,7 @@ namespace ox {
     X(GaussKruger)                                                                      \
     X(TransverseMercator)                                                               \
     X(TransverseMercatorComplex)                                                        \
-    PENDING(43007, "Albers", kTwoParallels)                                             \
+    X(Albers)                                                                           \
     PENDING(43008, "Sinusoidal", kFalseOriginAndMeridian)                               \
     PENDING(43009, "Mollweide", kFalseOriginAndMeridian)                                \
     PENDING(43010, "Eckert_VI", kFalseOriginAndMeridian)                                \
@@ -36,11 +36,11 @@ namespace ox {
     X(Behrmann)                                                                         \
     PENDING(43018, "Winkel_I", kStandardParallel)                                       \
     PENDING(43019, "Winkel_II", kStandardParallel)                                      \
-    PENDING(43020, "Lambert_Conformal_Conic", kLambert)                                 \
-    PENDING(43021, "Polyconic", kOrigin)                                                \
+    X(LambertConformalConic)                                                            \
+    X(Polyconic)                                                                        \
     PENDING(43022, "Quartic_Authalic", kFalseOriginAndMeridian)                         \
     PENDING(43023, "Loximuthal", kCentralParallel)                                      \
-    PENDING(43024, "Bonne", kStandardParallel)                                          \
+    X(Bonne)                                                                            \
     PENDING(43036, "Hotine_Oblique_Mercator_Azimuth_Natural_Origin", kAzimuthCenter)    \
     PENDING(43037, "Hotine_Oblique_Mercator_Azimuth_Center", kAzimuthCenter)            \
     PENDING(43025, "Hotine_Oblique_Mercator_Two_Point_Natural_Origin", kTwoPointOblique) \
@@ -48,8 +48,8 @@ namespace ox {
     PENDING(43026, "Stereographic", kScaleAndOrigin)                                    \
     PENDING(43050, "Stereographic_North_Pole", kStandardParallel)                       \
     PENDING(43051, "Stereographic_South_Pole", kStandardParallel)                       \
-    PENDING(43027, "Equidistant_Conic", kTwoParallels)                                  \
-    PENDING(43028, "Cassini", kScaleAndOrigin)                                          \
+    X(EquidistantConic)                                                                 \
+    X(Cassini)                                                                           \
     PENDING(43029, "Van_der_Grinten_I", kFalseOriginAndMeridian)                        \
     PENDING(43030, "Robinson", kFalseOriginAndMeridian)                                 \
     PENDING(43057, "Robinson_Legacy", kFalseOriginAndMeridian)                          \
