@@ -43,15 +43,17 @@ constexpr double kBand = 30.0 * kDegree;
 
 bool parameters_ok(const Frame &f) {
     return positive(f.p.scale_factor) && finite(f.p.central_meridian) &&
-           std::fabs(f.p.latitude_of_origin) <= kHalfPi;
+           finite(latitude_parameter(f.p.latitude_of_origin));
 }
 
 struct Sphere {
     struct Constants {
-        double ak0;  // a k0
+        double ak0;   // a k0
+        double phi0;  // the latitude of origin
     };
     static bool setup(const Frame &f, Constants &c) {
         c.ak0 = f.a * f.p.scale_factor;
+        c.phi0 = latitude_parameter(f.p.latitude_of_origin);
         return parameters_ok(f);
     }
     template <class M>
@@ -65,13 +67,13 @@ struct Sphere {
         const double u = co * sl, v = co * cl;
         const double h = M::sqrt(s * s + v * v);
         x = c.ak0 * M::atan2(u, h);
-        y = c.ak0 * (M::atan2(s, v) - f.p.latitude_of_origin);
+        y = c.ak0 * (M::atan2(s, v) - c.phi0);
         return M::reduce_ok(d) & M::sincos_ok(lat) & M::sincos_ok(L) & M::atan2_ok(u, h) & M::atan2_ok(s, v);
     }
     template <class M>
     static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
                                          double &lat) {
-        const double xs = x / c.ak0, D = y / c.ak0 + f.p.latitude_of_origin;
+        const double xs = x / c.ak0, D = y / c.ak0 + c.phi0;
         double sx, cx, sd, cd;
         M::sincos(xs, sx, cx);
         M::sincos(D, sd, cd);
@@ -94,7 +96,7 @@ struct Ellipsoid {
         MeridianArc arc;
     };
     static bool setup(const Frame &f, Constants &c) {
-        const double phi0 = f.p.latitude_of_origin;
+        const double phi0 = latitude_parameter(f.p.latitude_of_origin);
         c.k0 = f.p.scale_factor;
         c.ep2 = f.e2 / (1.0 - f.e2);
         c.arc.init(f.a, f.e2);

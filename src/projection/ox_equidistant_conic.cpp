@@ -42,8 +42,9 @@ struct Constants {
 };
 
 bool setup_constants(const Frame &f, double e2, Constants &c) {
-    const double phi1 = f.p.standard_parallel_1, phi2 = f.p.standard_parallel_2, phi0 = f.p.latitude_of_origin;
-    if (!finite(f.p.central_meridian) || !(std::fabs(phi0) <= kHalfPi)) return false;
+    const double phi1 = f.p.standard_parallel_1, phi2 = f.p.standard_parallel_2;
+    const double phi0 = latitude_parameter(f.p.latitude_of_origin);
+    if (!finite(f.p.central_meridian) || !finite(phi0)) return false;
     for (double phi : {phi1, phi2})
         if (!(std::fabs(phi) < kHalfPi) || at_pole(phi)) return false;
     c.arc.init(f.a, e2);

@@ -70,4 +70,21 @@ OX_HORIZON_ROUTINE(horizon_world) {
     return horizon_band(horizon_center(parameters), kPi, kHalfPi, max_vertices, vertices);
 }
 
+// A cap's radius a hair inside the hemisphere, so that every vertex is on
+// the visible side after rounding.
+constexpr double kHemisphere = kHalfPi - 1e-9;
+
+OX_HORIZON_ROUTINE(horizon_hemisphere) {
+    (void)spheroid;
+    return horizon_circle(horizon_center(parameters, &ParameterValues::longitude_of_center),
+                          horizon_center(parameters, &ParameterValues::latitude_of_center), kHemisphere, max_vertices,
+                          vertices);
+}
+
+OX_HORIZON_ROUTINE(horizon_stereographic) {
+    (void)spheroid;
+    return horizon_circle(horizon_center(parameters), horizon_center(parameters, &ParameterValues::latitude_of_origin),
+                          kHemisphere, max_vertices, vertices);
+}
+
 }  // namespace ox

@@ -13,8 +13,8 @@
 
 namespace ox {
 
-// A longitude parameter of a horizon's parameters (the central meridian by
-// default); 0 for null parameters or a non-finite value.
+// A longitude (or latitude) parameter of a horizon's parameters (the central
+// meridian by default); 0 for null parameters or a non-finite value.
 double horizon_center(const double parameters[OX_PARAMETER_SLOTS],
                       double ParameterValues::*longitude = &ParameterValues::central_meridian);
 
@@ -36,5 +36,12 @@ int32_t horizon_circle(double lon_c, double lat_c, double radius, int32_t max_ve
 
 // The whole globe about the central meridian.
 OX_HORIZON_ROUTINE(horizon_world);
+// The visible hemisphere about (Longitude_Of_Center, Latitude_Of_Center), a
+// hair inside its edge ("Orthographic", "Local").
+OX_HORIZON_ROUTINE(horizon_hemisphere);
+// The hemisphere about (Central_Meridian, Latitude_Of_Origin), the
+// customary extent of a stereographic map ("Stereographic",
+// "Double_Stereographic").
+OX_HORIZON_ROUTINE(horizon_stereographic);
 
 }  // namespace ox

@@ -68,9 +68,9 @@ struct LccConstants {
 };
 
 bool lcc_setup(const Frame &f, double e, LccConstants &c) {
-    const double phi1 = f.p.standard_parallel_1, phi2 = f.p.standard_parallel_2, phi0 = f.p.latitude_of_origin;
-    const double k0 = f.p.scale_factor;
-    if (!finite(f.p.central_meridian) || !positive(k0) || !(std::fabs(phi0) <= kHalfPi)) return false;
+    const double phi1 = f.p.standard_parallel_1, phi2 = f.p.standard_parallel_2;
+    const double phi0 = latitude_parameter(f.p.latitude_of_origin), k0 = f.p.scale_factor;
+    if (!finite(f.p.central_meridian) || !positive(k0) || !finite(phi0)) return false;
     for (double phi : {phi1, phi2})
         if (!(std::fabs(phi) < kHalfPi) || at_pole(phi)) return false;
     const double e2 = e * e;

@@ -44,8 +44,8 @@ struct Constants {
 };
 
 bool setup_constants(const Frame &f, double e2, Constants &c) {
-    const double phi0 = f.p.latitude_of_origin;
-    if (!finite(f.p.central_meridian) || !(std::fabs(phi0) <= kHalfPi)) return false;
+    const double phi0 = latitude_parameter(f.p.latitude_of_origin);
+    if (!finite(f.p.central_meridian) || !finite(phi0)) return false;
     c.e2 = e2;
     c.arc.init(f.a, e2);
     c.m0 = c.arc.arc(phi0, std::sin(phi0), std::cos(phi0));

@@ -45,35 +45,35 @@ namespace ox {
     PENDING(43037, "Hotine_Oblique_Mercator_Azimuth_Center", kAzimuthCenter)            \
     PENDING(43025, "Hotine_Oblique_Mercator_Two_Point_Natural_Origin", kTwoPointOblique) \
     PENDING(43035, "Hotine_Oblique_Mercator_Two_Point_Center", kTwoPointOblique)        \
-    PENDING(43026, "Stereographic", kScaleAndOrigin)                                    \
-    PENDING(43050, "Stereographic_North_Pole", kStandardParallel)                       \
-    PENDING(43051, "Stereographic_South_Pole", kStandardParallel)                       \
+    X(Stereographic)                                                                    \
+    X(StereographicNorthPole)                                                           \
+    X(StereographicSouthPole)                                                           \
     X(EquidistantConic)                                                                 \
-    X(Cassini)                                                                           \
+    X(Cassini)                                                                          \
     PENDING(43029, "Van_der_Grinten_I", kFalseOriginAndMeridian)                        \
     PENDING(43030, "Robinson", kFalseOriginAndMeridian)                                 \
     PENDING(43057, "Robinson_Legacy", kFalseOriginAndMeridian)                          \
-    PENDING(43031, "Two_Point_Equidistant", kTwoPoint)                                  \
+    X(TwoPointEquidistant)                                                              \
     PENDING(43032, "Azimuthal_Equidistant", kOrigin)                                    \
-    PENDING(43033, "Lambert_Azimuthal_Equal_Area", kOrigin)                             \
+    X(LambertAzimuthalEqualArea)                                                        \
     X(CylindricalEqualArea)                                                             \
-    PENDING(43038, "Double_Stereographic", kScaleAndOrigin)                             \
+    X(DoubleStereographic)                                                              \
     PENDING(43039, "Krovak", kKrovak)                                                   \
     PENDING(43040, "New_Zealand_Map_Grid", kNewZealand)                                 \
-    PENDING(43041, "Orthographic", kCenter)                                             \
+    X(Orthographic)                                                                     \
     PENDING(43042, "Winkel_Tripel", kStandardParallel)                                  \
     PENDING(43043, "Aitoff", kFalseOriginAndMeridian)                                   \
     PENDING(43044, "Hammer_Aitoff", kFalseOriginAndMeridian)                            \
     PENDING(43045, "Flat_Polar_Quartic", kFalseOriginAndMeridian)                       \
     PENDING(43046, "Craster_Parabolic", kFalseOriginAndMeridian)                        \
-    PENDING(43047, "Gnomonic", kCenter)                                                 \
+    X(Gnomonic)                                                                         \
     PENDING(43048, "Times", kFalseOriginAndMeridian)                                    \
-    PENDING(43049, "Vertical_Near_Side_Perspective", kPerspective)                      \
+    X(VerticalPerspective)                                                              \
     PENDING(43052, "Fuller", kOption)                                                   \
     PENDING(43053, "Rectified_Skew_Orthomorphic_Natural_Origin", kSkew)                 \
     PENDING(43054, "Rectified_Skew_Orthomorphic_Center", kSkew)                         \
     PENDING(43055, "Cube", kMeridianAndOption)                                          \
-    PENDING(43058, "Local", kAzimuthCenter)                                             \
+    X(Local)                                                                            \
     PENDING(43059, "Goode_Homolosine", kMeridianAndOption)
 
 namespace {

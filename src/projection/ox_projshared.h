@@ -28,12 +28,22 @@
 
 #include "projection/ox_fastmath.h"
 #include "projection/ox_math.h"
+#include "projection/ox_projdef.h"
 #include "projection/ox_projmath.h"
 
 namespace ox {
 
 // The largest finite double, for the checks that keep infinities out.
 inline constexpr double kLargestFinite = 1.7976931348623157e308;
+
+// A latitude parameter as the formulas take it: the pole itself when it is
+// at a pole under the library's equality rule (90 degrees in the unit of
+// 0.0174532925199433 radians is a hair beyond pi/2), NaN beyond a pole or
+// when it is not finite.
+inline double latitude_parameter(double phi) {
+    if (at_pole(phi)) return std::copysign(kHalfPi, phi);
+    return std::fabs(phi) <= kHalfPi ? phi : failure_nan();
+}
 
 // s / x for the sine s of a small angle x, and 1 at x = 0.
 OX_ALWAYS_INLINE double sine_ratio(double s, double x) { return x == 0.0 ? 1.0 : s / x; }
@@ -217,18 +227,128 @@ OX_ALWAYS_INLINE void frame_components(double sin0, double cos0, double s, doubl
     up = sin0 * s + cos0 * ccl;
 }
 
-// The latitude and longitude difference of the point whose unit vector has
-// the components (east, north, up) in the frame of the centre: a rotation
-// of the sphere, exact near the poles and the centre (no arcsine).
+// The latitude and longitude difference of the point whose vector has the
+// components (east, north, up) in the frame of the centre (any positive
+// length: only directions count), with the sine and cosine of the latitude:
+// a rotation of the sphere, exact near the poles and the centre (no
+// arcsine).
 template <class M>
 OX_ALWAYS_INLINE bool frame_position(double sin0, double cos0, double east, double north, double up, double &dlon,
-                                     double &lat) {
+                                     double &lat, double &sin_lat, double &cos_lat) {
     const double z = up * sin0 + north * cos0;
     const double xx = up * cos0 - north * sin0;
     const double r = M::sqrt(xx * xx + east * east);
+    const double inv = 1.0 / M::sqrt(z * z + r * r);
     lat = M::atan2(z, r);
     dlon = M::atan2(east, xx);
+    sin_lat = z * inv;
+    cos_lat = r * inv;
     return M::atan2_ok(z, r) & M::atan2_ok(east, xx);
+}
+
+// ---------------------------------------------------------------------------
+// The stereographic projection of a conformal sphere.
+// ---------------------------------------------------------------------------
+
+// cos phi exp(psi(phi)) = m(phi) / t(phi) (Snyder eq. 21-34), the scale
+// constant of a polar stereographic, from phi without dividing by cos phi:
+// (1 + s) / E for s >= 0 and cos^2 phi E / (1 + |s|) below, E = exp(e
+// atanh(e |s|)).  Set-up only.
+inline double cos_exp_isometric(double e, double phi) {
+    const double s = std::sin(phi), c = std::cos(phi);
+    const double E = std::exp(e * std::atanh(e * std::fabs(s)));
+    return s >= 0.0 ? (1.0 + s) / E : c * c * E / (1.0 + std::fabs(s));
+}
+
+// The stereographic projection, from the centre (sin0, cos0 of its
+// latitude on the sphere), of the point with the frame components (east,
+// north, up): x = k east / (1 + up), y = k north / (1 + up), k = 2 R k0
+// (Snyder eqs. 21-2 to 21-4); the antipode of the centre fails.
+OX_ALWAYS_INLINE void stereographic_xy(double k, double east, double north, double up, double &x, double &y) {
+    const double d = 1.0 + up;
+    const double g = d > 0.0 ? k / d : failure_nan();
+    x = g * east;
+    y = g * north;
+}
+// The frame components of the plane point (x, y) of that projection: with
+// t = rho / k = tan(c/2), east = 2x / (k (1 + t^2)), north likewise, up =
+// (1 - t^2) / (1 + t^2) (Snyder eqs. 21-15 to 21-17 without the arcsine).
+OX_ALWAYS_INLINE void stereographic_components(double k, double x, double y, double &east, double &north,
+                                               double &up) {
+    const double xs = x / k, ys = y / k;
+    const double t2 = xs * xs + ys * ys;
+    const double g = 2.0 / (1.0 + t2);
+    east = g * xs;
+    north = g * ys;
+    up = (1.0 - t2) / (1.0 + t2);
+}
+
+// The spherical form of "Stereographic" and "Double_Stereographic" (on a
+// sphere the two are one projection): the origin (Central_Meridian,
+// Latitude_Of_Origin), the scale factor k0, k = 2 a k0.  Refused: a scale
+// factor that is not positive and finite, a latitude of origin beyond a
+// pole, non-finite parameters.
+struct StereographicSphere {
+    static bool parameters_ok(const Frame &f) {
+        return positive(f.p.scale_factor) && finite(f.p.central_meridian) &&
+               finite(latitude_parameter(f.p.latitude_of_origin));
+    }
+    struct Constants {
+        double sin0, cos0;
+        double k;  // 2 a k0
+    };
+    static bool setup(const Frame &f, Constants &c) {
+        const double phi0 = latitude_parameter(f.p.latitude_of_origin);
+        c.sin0 = std::sin(phi0);
+        c.cos0 = std::cos(phi0);
+        c.k = 2.0 * f.a * f.p.scale_factor;
+        return parameters_ok(f);
+    }
+    template <class M>
+    static OX_ALWAYS_INLINE bool forward(const Frame &f, const Constants &c, double lon, double lat, double &x,
+                                         double &y) {
+        const double d = lon - f.p.central_meridian;
+        const double L = M::reduce(d);
+        double s, co, sl, cl, east, north, up;
+        M::sincos(lat, s, co);
+        M::sincos(L, sl, cl);
+        frame_components(c.sin0, c.cos0, s, co, sl, cl, east, north, up);
+        stereographic_xy(c.k, east, north, up, x, y);
+        return M::reduce_ok(d) & M::sincos_ok(lat) & M::sincos_ok(L);
+    }
+    template <class M>
+    static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
+                                         double &lat) {
+        double east, north, up, L, s, co;
+        stereographic_components(c.k, x, y, east, north, up);
+        const bool ok = frame_position<M>(c.sin0, c.cos0, east, north, up, L, lat, s, co);
+        const double l = f.p.central_meridian + L;
+        lon = M::reduce(l);
+        return ok & M::reduce_ok(l);
+    }
+};
+
+// ---------------------------------------------------------------------------
+// The authalic latitude, exact near the poles.
+// ---------------------------------------------------------------------------
+
+// sin beta, cos beta and 1 - |sin beta| of the authalic latitude beta from
+// sin phi, without the difference qp - q of nearly equal terms: for
+// s = |sin phi|,
+//     qp - q = (1 - s) (1 + e2 s) / (1 - e2 s^2) + (1 - e2) atanh(e (1 - s)
+//              / (1 - e2 s)) / e,   1 - s = cos^2 phi / (1 + s),
+// and 1 - |sin beta| = (qp - q) / qp.  inv_qp = 1 / qp.
+template <class M>
+OX_ALWAYS_INLINE void authalic_sin_cos(double e, double e2, double inv_qp, double sin_phi, double cos_phi,
+                                       double &sin_beta, double &cos_beta, double &one_minus, bool &ok) {
+    const double s = std::fabs(sin_phi);
+    const double d = cos_phi * cos_phi / (1.0 + s);  // 1 - s
+    const double z = e * d / (1.0 - e2 * s);
+    const double t = 2.0 * z / (1.0 - z);  // atanh z = log1p(t) / 2
+    ok = M::log1p_ok(t);
+    one_minus = (d * (1.0 + e2 * s) / (1.0 - e2 * s * s) + (1.0 - e2) * 0.5 * M::log1p(t) / e) * inv_qp;
+    sin_beta = std::copysign(1.0 - one_minus, sin_phi);
+    cos_beta = M::sqrt(one_minus * (2.0 - one_minus));
 }
 
 }  // namespace ox
