@@ -145,7 +145,7 @@ struct Ellipsoid {
         const double L = M::reduce(d);
         double X, Y;
         const bool ok = series_forward<M>(f, c, lat, L, X, Y);
-        const bool inside = std::fabs(L) <= kBand;
+        const bool inside = std::fabs(L) <= kBand * (1.0 + 1e-12);  // (the horizon's edge, after rounding)
         x = inside ? c.k0 * X : failure_nan();
         y = c.k0 * Y;
         return ok & M::reduce_ok(d);
