@@ -787,6 +787,130 @@ OX_API double ox_phi_to_eta(double e2, double phi);
 OX_API double ox_eta_to_phi(double e2, double eta);
 
 /* ------------------------------------------------------------------------ */
+/* Geodesics (the shortest lines on the ellipsoid)                          */
+/*                                                                          */
+/* Karney's algorithms (J. Geodesy 87, 2013), series to order 6: distances  */
+/* within 15 nanometres on the Earth, nearly antipodal points, meridians,   */
+/* the equator, the poles and coincident points included; on a sphere       */
+/* (|e2| < 2^-48) the closed formulas of spherical trigonometry.  Angles in */
+/* radians; azimuths clockwise from north in [-pi, pi]; `a` in any length   */
+/* unit (the distance is in the same unit).  Accepted: a finite a > 0,      */
+/* 0 <= e2 <= 0.04 (flattening up to about 1/50), finite longitudes,        */
+/* latitudes within [-pi/2, pi/2] (the double nearest pi/2 is the pole),    */
+/* finite distances and azimuths.  Anything else returns 0 and sets every   */
+/* output that is not null to the failure NaN.  Outputs may be null.        */
+/* ------------------------------------------------------------------------ */
+
+/**
+ * Inverse problem: the length of the shortest geodesic between two points,
+ * the azimuth at point 1 towards point 2 (`azimuth12`) and the azimuth at
+ * point 2 back towards point 1 (`azimuth21`: the forward azimuth of the
+ * geodesic at point 2 plus pi, reduced to (-pi, pi]).  Returns 1, or 0.
+ */
+OX_API int32_t ox_geodesic_distance(double a, double e2, double lon1, double lat1, double lon2, double lat2,
+                                    double *distance, double *azimuth12, double *azimuth21);
+/**
+ * Direct problem: the point reached from (lon1, lat1) along the geodesic that
+ * leaves it at `azimuth` after `distance` (negative: backwards); `lon2` is
+ * reduced to [-pi, pi].  Returns 1, or 0.
+ */
+OX_API int32_t ox_geodesic_coordinate(double a, double e2, double lon1, double lat1, double distance,
+                                      double azimuth, double *lon2, double *lat2);
+
+/* ------------------------------------------------------------------------ */
+/* Grid references: GEOREF and MGRS                                         */
+/*                                                                          */
+/* Coordinates are (longitude, latitude) pairs in the angular unit of       */
+/* `geogcs`; `refs` is an array of `n` caller-owned texts.  Encoders write  */
+/* each reference into its buffer (which must hold OX_GEOREF_SIZE or        */
+/* OX_MGRS_SIZE characters; a null entry is skipped) and return the number  */
+/* written; a point that cannot be encoded leaves "".  Decoders accept null */
+/* entries, write NaN (the failure value) for a reference they cannot read  */
+/* and return the number read.  A null or wrong-typed `geogcs`, null arrays */
+/* or n < 1 convert nothing (and return 0).                                 */
+/* ------------------------------------------------------------------------ */
+
+/** Buffer size for one GEOREF reference (at most 24 characters). */
+#define OX_GEOREF_SIZE 32
+/** Buffer size for one MGRS reference (at most 30 characters). */
+#define OX_MGRS_SIZE 32
+
+/**
+ * GEOREF references: four letters (15-degree longitude zone and latitude
+ * band, 1-degree steps) and `digits` minute digits per axis, clamped to 2..9
+ * (2 whole minutes, then decimals); truncated, or rounded when `round` is not
+ * zero.  Latitudes beyond the poles are taken at the pole; NaN or infinite
+ * coordinates give "" and are not counted.
+ */
+OX_API int32_t ox_geog_to_georef(const ox_object *geogcs, int32_t n, const double *coords, int32_t digits,
+                                 int32_t round, char **refs);
+/**
+ * Reads GEOREF references (upper case only; spaces around are ignored, as is
+ * anything before the zone letter) to the south-west corner of the cell.
+ */
+OX_API int32_t ox_georef_to_geog(const ox_object *geogcs, int32_t n, char **refs, double *coords);
+
+/*
+ * MGRS modes of the extended functions: a lettering of the 100 km squares,
+ * plus flags.
+ *  - OX_MGRS_LETTERING_CURRENT: rows lettered from "A" at the equator in odd
+ *    zones and from "F" in even zones.
+ *  - OX_MGRS_LETTERING_OLDER: the older lettering, rows shifted by ten
+ *    letters ("L" at the equator in odd zones, "R" in even zones).
+ *  - OX_MGRS_LETTERING_AUTO: the older lettering when the spheroid of
+ *    `geogcs` is one of these (semi-major axis within 1 mm, inverse
+ *    flattening within 1e-5), else the current one:
+ *      Bessel 1841           6377397.155      299.1528128
+ *      Bessel Namibia        6377483.865      299.1528128
+ *      Clarke 1866           6378206.4        294.9786982139058
+ *      Clarke 1880 (RGS)     6378249.145      293.465
+ *      Clarke 1880 (Arc)     6378249.145      293.4663077
+ *      Clarke 1880           6378249.144808   293.4663076556299
+ *      Clarke 1880 (IGN)     6378249.2        293.4660212936294
+ *      Clarke 1880 (SGA)     6378249.2        293.46598
+ *      Clarke 1880 (Benoit)  6378300.789      293.466315538985
+ *      Clarke 1880 (ft)      6378306.3696     293.4663076556299
+ *    (the spheroids for which the 100 km squares were lettered the older
+ *    way; International 1924 and the modern spheroids use the current one).
+ *  - OX_MGRS_CENTER (decoding): the centre of the square instead of its
+ *    south-west corner.
+ *  - OX_MGRS_SPACES (encoding): "33U XP 12345 67890" instead of
+ *    "33UXP1234567890".
+ * Any other value refuses the call.
+ */
+#define OX_MGRS_LETTERING_AUTO    0
+#define OX_MGRS_LETTERING_CURRENT 1
+#define OX_MGRS_LETTERING_OLDER   2
+#define OX_MGRS_CENTER            0x10
+#define OX_MGRS_SPACES            0x20
+
+/**
+ * MGRS references on the datum of `geogcs` (longitudes taken from its prime
+ * meridian to Greenwich): UTM zones between 80S and 84N with the Norway (32V)
+ * and Svalbard (31X-37X) exceptions, UPS beyond; `digits` per axis clamped
+ * to 0..11 (0: the 100 km square only, 5: metres, 6 to 11: decimetres down
+ * to micrometres); truncated, or rounded when `round` is not zero (a carry
+ * stays within the point's zone and band).  Automatic lettering.  NaN,
+ * infinite or out-of-range (|latitude| > 90 degrees) coordinates give "".
+ */
+OX_API int32_t ox_geog_to_mgrs(const ox_object *geogcs, int32_t n, const double *coords, int32_t digits,
+                               int32_t round, char **refs);
+/**
+ * Reads MGRS references ("33UXP1234567890", "33U XP 12345 67890", "4QFJ1234";
+ * upper case only, equal digit counts) to the south-west corner of the
+ * square, with the automatic lettering.  Refused (NaN): any other character,
+ * a zone or band that does not exist, a square letter outside the zone's set
+ * and a square that lies outside its zone and band.
+ */
+OX_API int32_t ox_mgrs_to_geog(const ox_object *geogcs, int32_t n, char **refs, double *coords);
+/** `ox_geog_to_mgrs` with a mode (lettering, OX_MGRS_SPACES). */
+OX_API int32_t ox_geog_to_mgrs_extended(const ox_object *geogcs, int32_t n, const double *coords, int32_t digits,
+                                        int32_t round, int32_t mode, char **refs);
+/** `ox_mgrs_to_geog` with a mode (lettering, OX_MGRS_CENTER). */
+OX_API int32_t ox_mgrs_to_geog_extended(const ox_object *geogcs, int32_t n, char **refs, int32_t mode,
+                                        double *coords);
+
+/* ------------------------------------------------------------------------ */
 /* Transformation methods and geographic transformations                    */
 /* ------------------------------------------------------------------------ */
 
@@ -1063,6 +1187,70 @@ OX_API ox_predefined_entry *ox_predefined_angular_unit(int32_t *count);
 OX_API ox_predefined_entry *ox_predefined_linear_unit(int32_t *count);
 /** Frees a predefined list; null is ignored. */
 OX_API void ox_table_del(ox_predefined_entry *table);
+
+/* ------------------------------------------------------------------------ */
+/* Legacy projection files                                                  */
+/*                                                                          */
+/* The keyword-per-line text of older GIS software, for example             */
+/*   Projection    STATEPLANE                                               */
+/*   Fipszone      405                                                      */
+/*   Datum         NAD83                                                    */
+/*   Units         FEET                                                     */
+/* Readers return null and writers a negative code on failure; both write   */
+/* the outcome (0 or an OX_PRJ_* code) to `error`.  A reader given a null   */
+/* `error` returns null and does nothing else.  docs/PRJFILE.md describes   */
+/* the keywords, the projection names and their parameter lines.            */
+/* ------------------------------------------------------------------------ */
+
+/** No text (null or empty), fewer than two line ends, or a null path or buffer. */
+#define OX_PRJ_NO_TEXT (-100)
+/** The file cannot be opened, read (a directory, over 1 MiB) or created. */
+#define OX_PRJ_CANNOT_OPEN (-101)
+/** A line begins with no known keyword, holds a NUL byte or is over 255 characters. */
+#define OX_PRJ_UNKNOWN_KEYWORD (-102)
+/** More than 16 parameter lines. */
+#define OX_PRJ_TOO_MANY_PARAMETERS (-103)
+/** A numeric ZUNITS value that is not a finite number above 0. */
+#define OX_PRJ_BAD_ZUNITS (-104)
+/** No vertical unit: ZUNITS empty or beginning with NO. */
+#define OX_PRJ_NO_ZUNITS (-110)
+/** Memory exhausted, or the text (or system) cannot be built (or written). */
+#define OX_PRJ_CANNOT_BUILD (-200)
+/** Size of a buffer that every `_to_prjstring` may fill. */
+#define OX_PRJSTRING_SIZE 8192
+/** Writer option bit: projection and parameter lines even for UTM, state plane and grid systems. */
+#define OX_PRJ_EXPLICIT 1
+
+/** Geographic or projected system of a legacy projection file, or null. */
+OX_API ox_object *ox_coordsys_from_prjfile(const char *path, int32_t *error);
+/** Geographic or projected system of a legacy projection text, or null. */
+OX_API ox_object *ox_coordsys_from_prjstring(const char *text, int32_t *error);
+/** Vertical system of the ZUNITS line of a legacy projection file, or null. */
+OX_API ox_object *ox_vertcs_from_prjfile(const char *path, int32_t *error);
+/** Vertical system of the ZUNITS line of a legacy projection text, or null. */
+OX_API ox_object *ox_vertcs_from_prjstring(const char *text, int32_t *error);
+/** Horizontal system and vertical system (null without ZUNITS) of a legacy projection file. */
+OX_API ox_object *ox_hvcoordsys_from_prjfile(const char *path, int32_t *error);
+/** Horizontal system and vertical system (null without ZUNITS) of a legacy projection text. */
+OX_API ox_object *ox_hvcoordsys_from_prjstring(const char *text, int32_t *error);
+/** Linear unit of the ZUNITS line of a legacy projection file, or null. */
+OX_API ox_object *ox_zunit_from_prjfile(const char *path, int32_t *error);
+/** Linear unit of the ZUNITS line of a legacy projection text, or null. */
+OX_API ox_object *ox_zunit_from_prjstring(const char *text, int32_t *error);
+/** Writes a legacy projection file ("Zunits NO"); returns 0 or an OX_PRJ_* code (also in `error`). */
+OX_API int32_t ox_coordsys_to_prjfile(const ox_object *coordsys, int32_t option, const char *path, int32_t *error);
+/** Writes a legacy projection text into `buffer` (OX_PRJSTRING_SIZE); returns 0 or an OX_PRJ_* code. */
+OX_API int32_t ox_coordsys_to_prjstring(const ox_object *coordsys, int32_t option, char *buffer, int32_t *error);
+/** As ox_coordsys_to_prjfile, with the ZUNITS line of `vertcs` (null: "NO"). */
+OX_API int32_t ox_coordsys_vertcs_to_prjfile(const ox_object *coordsys, const ox_object *vertcs, const char *path,
+                                             int32_t *error);
+/** As ox_coordsys_to_prjstring, with the ZUNITS line of `vertcs` (null: "NO"). */
+OX_API int32_t ox_coordsys_vertcs_to_prjstring(const ox_object *coordsys, const ox_object *vertcs, char *buffer,
+                                               int32_t *error);
+/** Writes the two halves of a horizontal and vertical pair as a legacy projection file. */
+OX_API int32_t ox_hvcoordsys_to_prjfile(const ox_object *hvcoordsys, const char *path, int32_t *error);
+/** Writes the two halves of a horizontal and vertical pair as a legacy projection text. */
+OX_API int32_t ox_hvcoordsys_to_prjstring(const ox_object *hvcoordsys, char *buffer, int32_t *error);
 
 #ifdef __cplusplus
 }
