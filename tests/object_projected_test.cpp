@@ -235,11 +235,12 @@ TEST(ProjectionRegistry, HorizonsOfTheImplementedProjections) {
     parameters[4] = parameters[3];
     // Rows that refuse the generic values (a cone of two standard parallels
     // on the equator, a perspective from the surface, two coincident points)
-    // get their own.
+    // get their own, the two-point equidistant's first point on the central
+    // meridian.
     const std::map<std::string, std::vector<std::pair<int, double>>> own = {
         {"Lambert_Conformal_Conic", {{3, 0.5}, {4, 1.0}}},
         {"Vertical_Near_Side_Perspective", {{15, 1e7}}},
-        {"Two_Point_Equidistant", {{3, 0.5}, {4, 0.8}, {9, 0.6}}},
+        {"Two_Point_Equidistant", {{3, 0.5}, {4, 0.8}, {8, parameters[2]}, {9, 0.6}}},
     };
     int with_projected = 0;
     for (const ox::ProjRow *row_pointer : ox::projlist_rows()) {

@@ -93,32 +93,14 @@ OX_ALWAYS_INLINE bool inverse_point(const Frame &f, const Constants &c, double x
     return ok_lat & ok_theta & (M::reduce_ok(l) | (L != L));
 }
 
-// One formula serves both forms: on a sphere the meridian arc is a phi.
-struct Sphere {
-    using Constants = ox::Constants;
-    static bool setup(const Frame &f, Constants &c) { return setup_constants(f, 0.0, c); }
-    template <class M>
-    static OX_ALWAYS_INLINE bool forward(const Frame &f, const Constants &c, double lon, double lat, double &x,
-                                         double &y) {
-        return forward_point<M>(f, c, lon, lat, x, y);
-    }
-    template <class M>
-    static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
-                                         double &lat) {
-        return inverse_point<M>(f, c, x, y, lon, lat);
-    }
-};
-struct Ellipsoid : Sphere {
-    static bool setup(const Frame &f, Constants &c) { return setup_constants(f, f.e2, c); }
-};
-
 // The whole globe (both poles are arcs, or the apex).
 OX_HORIZON_ROUTINE(horizon_equidistant_conic) {
     (void)spheroid;
     return horizon_band(horizon_center(parameters), kPi, kHalfPi, max_vertices, vertices);
 }
 
-struct EquidistantConic : SphereAndEllipsoid<Sphere, Ellipsoid> {
+// One formula serves both forms (on a sphere e2 = 0).
+struct EquidistantConic : SphereAndEllipsoid<OneFormulaSphere<Constants>, OneFormulaEllipsoid<Constants>> {
     static constexpr int32_t kCode = 43027;
     static constexpr const char *kName = "Equidistant_Conic";
     static constexpr Family kFamily = Family::kConic;

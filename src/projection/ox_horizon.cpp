@@ -51,14 +51,13 @@ int32_t horizon_circle(double lon_c, double lat_c, double radius, int32_t max_ve
     constexpr int32_t kVertices = 4 * kPerEdge;
     if (vertices == nullptr || max_vertices <= 0) return kVertices + 1;
     const double s0 = std::sin(lat_c), c0 = std::cos(lat_c), sr = std::sin(radius), cr = std::cos(radius);
-    double previous = 0.0;
     for (int32_t i = 0; i <= kVertices && i < max_vertices; ++i) {
-        // The point at distance `radius` and azimuth alpha from the centre.
+        // The point at distance `radius` and azimuth alpha from the centre,
+        // its longitude within pi of the centre's (a cap about a pole or the
+        // antipode crosses the opposite meridian there).
         const double alpha = kTwoPi * (i % kVertices) / kVertices;
         const double sin_lat = s0 * cr + c0 * sr * std::cos(alpha);
-        double dlon = std::atan2(std::sin(alpha) * sr * c0, cr - s0 * sin_lat);
-        if (i > 0) dlon = previous + ox_delta(dlon - previous);  // no jump
-        previous = dlon;
+        const double dlon = std::atan2(std::sin(alpha) * sr * c0, cr - s0 * sin_lat);
         vertices[2 * i] = lon_c + dlon;
         vertices[2 * i + 1] = std::asin(sin_lat > 1.0 ? 1.0 : (sin_lat < -1.0 ? -1.0 : sin_lat));
     }

@@ -30,7 +30,8 @@ int32_t horizon_box(double lon0, double half_width, double south, double north, 
 // Writes the closed boundary of the spherical cap of angular radius
 // `radius` (0 < radius < pi, radians) about (lon_c, lat_c): 128 vertices
 // clockwise from the north (azimuths 0, 2pi/128, ...) and the first again;
-// longitudes run on without a jump (a cap about a pole sweeps 2 pi).
+// longitudes within pi of lon_c (a cap about a pole or reaching past the
+// opposite meridian crosses that meridian).
 // Returns 129, writing at most `max_vertices` (null: none).
 int32_t horizon_circle(double lon_c, double lat_c, double radius, int32_t max_vertices, double *vertices);
 

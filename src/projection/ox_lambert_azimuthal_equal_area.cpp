@@ -208,11 +208,7 @@ struct LambertAzimuthalEqualArea {
     static constexpr bool kHasConstantsRoutine = true;
 
     using Forms = ox::Forms<Sphere, EllipsoidOblique, EllipsoidPolar<1>, EllipsoidPolar<-1>>;
-    static int form(const Frame &f) {
-        if (f.sphere()) return 0;
-        if (!at_pole(f.p.latitude_of_origin)) return 1;
-        return f.p.latitude_of_origin > 0.0 ? 2 : 3;
-    }
+    static int form(const Frame &f) { return azimuthal_form(f); }
 };
 
 }  // namespace

@@ -77,7 +77,9 @@ struct GnomonicOn {
     template <class M>
     static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
                                          double &lat) {
-        return finish_inverse<M>(f, c.sin0, c.cos0, x / f.a, y / f.a, 1.0, lon, lat);
+        // (an infinite x or y is no point of the map, not its edge)
+        const double up = std::fabs(x) + std::fabs(y) < HUGE_VAL ? 1.0 : failure_nan();
+        return finish_inverse<M>(f, c.sin0, c.cos0, x / f.a, y / f.a, up, lon, lat);
     }
 };
 

@@ -126,26 +126,8 @@ OX_ALWAYS_INLINE bool inverse_point(const Frame &f, const Constants &c, double x
     return ok & (M::reduce_ok(l) | !inside);
 }
 
-// One formula serves both forms: on a sphere M = a phi and N = a.
-struct Sphere {
-    using Constants = ox::Constants;
-    static bool setup(const Frame &f, Constants &c) { return setup_constants(f, 0.0, c); }
-    template <class M>
-    static OX_ALWAYS_INLINE bool forward(const Frame &f, const Constants &c, double lon, double lat, double &x,
-                                         double &y) {
-        return forward_point<M>(f, c, lon, lat, x, y);
-    }
-    template <class M>
-    static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
-                                         double &lat) {
-        return inverse_point<M>(f, c, x, y, lon, lat);
-    }
-};
-struct Ellipsoid : Sphere {
-    static bool setup(const Frame &f, Constants &c) { return setup_constants(f, f.e2, c); }
-};
-
-struct Polyconic : SphereAndEllipsoid<Sphere, Ellipsoid> {
+// One formula serves both forms (on a sphere e2 = 0).
+struct Polyconic : SphereAndEllipsoid<OneFormulaSphere<Constants>, OneFormulaEllipsoid<Constants>> {
     static constexpr int32_t kCode = 43021;
     static constexpr const char *kName = "Polyconic";
     static constexpr Family kFamily = Family::kPolyconic;

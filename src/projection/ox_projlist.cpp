@@ -54,7 +54,7 @@ namespace ox {
     PENDING(43030, "Robinson", kFalseOriginAndMeridian)                                 \
     PENDING(43057, "Robinson_Legacy", kFalseOriginAndMeridian)                          \
     X(TwoPointEquidistant)                                                              \
-    PENDING(43032, "Azimuthal_Equidistant", kOrigin)                                    \
+    X(AzimuthalEquidistant)                                                             \
     X(LambertAzimuthalEqualArea)                                                        \
     X(CylindricalEqualArea)                                                             \
     X(DoubleStereographic)                                                              \

@@ -351,4 +351,38 @@ OX_ALWAYS_INLINE void authalic_sin_cos(double e, double e2, double inv_qp, doubl
     cos_beta = M::sqrt(one_minus * (2.0 - one_minus));
 }
 
+// The sphere and ellipsoid forms of a projection whose one formula serves
+// both (the sphere is e2 = 0): the projection's file defines its Constants
+// and, beside them in its namespace, setup_constants(f, e2, c),
+// forward_point<M> and inverse_point<M>, which these forms find there
+// through the Constants' namespace (argument-dependent lookup).
+template <class C>
+struct OneFormulaSphere {
+    using Constants = C;
+    static bool setup(const Frame &f, Constants &c) { return setup_constants(f, 0.0, c); }
+    template <class M>
+    static OX_ALWAYS_INLINE bool forward(const Frame &f, const Constants &c, double lon, double lat, double &x,
+                                         double &y) {
+        return forward_point<M>(f, c, lon, lat, x, y);
+    }
+    template <class M>
+    static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
+                                         double &lat) {
+        return inverse_point<M>(f, c, x, y, lon, lat);
+    }
+};
+template <class C>
+struct OneFormulaEllipsoid : OneFormulaSphere<C> {
+    static bool setup(const Frame &f, C &c) { return setup_constants(f, f.e2, c); }
+};
+
+// The form of an azimuthal projection about (Central_Meridian,
+// Latitude_Of_Origin) whose forms are Forms<sphere, oblique ellipsoid,
+// north polar ellipsoid, south polar ellipsoid>.
+inline int azimuthal_form(const Frame &f) {
+    if (f.sphere()) return 0;
+    if (!at_pole(f.p.latitude_of_origin)) return 1;
+    return f.p.latitude_of_origin > 0.0 ? 2 : 3;
+}
+
 }  // namespace ox

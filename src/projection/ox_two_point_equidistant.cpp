@@ -115,13 +115,21 @@ struct TwoPointEquidistant {
     static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
                                          double &lat) {
         const double xs = x / f.a, ys = y / f.a, half = 0.5 * c.z0;
-        const double z1 = M::sqrt((xs + half) * (xs + half) + ys * ys);
-        const double z2 = M::sqrt((xs - half) * (xs - half) + ys * ys);
+        const double u1 = xs + half, u2 = xs - half, y2 = ys * ys;
+        const double z1 = M::sqrt(u1 * u1 + y2), z2 = M::sqrt(u2 * u2 + y2);
         const double s = 0.5 * (c.z0 + z1 + z2);
+        // s - z0, s - z1, s - z2 as sums of non-negative terms (z0 = u1 -
+        // u2, z1 - z2 = z0 (u1 + u2) / (z1 + z2)), with h + u and h - u
+        // (h = hypot(u, y)) each taken without cancellation: exact where the
+        // triangle is a needle (the point near the great circle through A
+        // and B), where the plain differences would lose half the digits.
+        const double p1 = u1 >= 0.0 ? z1 + u1 : y2 / (z1 - u1), m1 = u1 <= 0.0 ? z1 - u1 : y2 / (z1 + u1);
+        const double p2 = u2 >= 0.0 ? z2 + u2 : y2 / (z2 - u2), m2 = u2 <= 0.0 ? z2 - u2 : y2 / (z2 + u2);
+        const double ratio = c.z0 / (2.0 * (z1 + z2));
         double s0, s1, s2, ss, unused;
-        M::sincos(s - c.z0, s0, unused);
-        M::sincos(s - z1, s1, unused);
-        M::sincos(s - z2, s2, unused);
+        M::sincos(0.5 * (m1 + p2), s0, unused);
+        M::sincos(ratio * (m1 + m2), s1, unused);
+        M::sincos(ratio * (p1 + p2), s2, unused);
         M::sincos(s, ss, unused);
         // The plane triangle makes s - z_i >= 0; the sphere needs s <= pi.
         const bool reached = (s <= kPi * (1.0 + 1e-14)) & (z1 <= kPi) & (z2 <= kPi);
