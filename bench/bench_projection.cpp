@@ -81,6 +81,8 @@ constexpr System kSystems[] = {
     {"TwoPointEquidistant", "Two_Point_Equidistant",
      "Latitude_Of_1st_Point=40;Latitude_Of_2nd_Point=50;Longitude_Of_1st_Point=0;Longitude_Of_2nd_Point=20", kWgs84Rf,
      10, 40, 20, 70},
+    {"Fuller", "Fuller", "Option=0", kWgs84Rf, 0, 180, -90, 90},
+    {"Cube", "Cube", "Central_Meridian=0;Option=0", kWgs84Rf, 0, 180, -90, 90},
 };
 
 ox_object *projcs(const System &s) {

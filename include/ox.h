@@ -106,8 +106,10 @@ typedef int32_t (*ox_projection_routine)(const double spheroid[2], const double 
  * number of vertices of the whole boundary (a null `vertices` only asks for
  * that number).  A geographic horizon writes (longitude, latitude) pairs in
  * radians; a projected horizon writes the same boundary as (x, y) pairs in
- * metres about the natural origin.  `spheroid` and `parameters` are as for
- * the point routines.
+ * metres about the natural origin.  A boundary of several closed rings
+ * separates them with one vertex whose coordinates are both NaN (see
+ * `ox_generate_horizon` for the order and density).  `spheroid` and
+ * `parameters` are as for the point routines.
  */
 typedef int32_t (*ox_horizon_routine)(const double spheroid[2], const double parameters[16],
                                       int32_t max_vertices, double *vertices);
@@ -734,6 +736,113 @@ OX_API int32_t ox_proj_to_geog(ox_object *projcs, int32_t n, double *coords);
  * whatever its size; a centre that is not finite fails every point (count 0).
  */
 OX_API int32_t ox_proj_to_geog_center(ox_object *projcs, int32_t n, double *coords, double center);
+
+/* ------------------------------------------------------------------------ */
+/* Horizons: the outline of a projected system's map                         */
+/* ------------------------------------------------------------------------ */
+
+/**
+ * Horizon of a projected system: the closed rings that bound the area its
+ * projection represents (the whole globe about the central meridian for the
+ * world maps, the band where a series holds, the visible hemisphere, the net
+ * of a polyhedral map ...), as one block freed with `ox_horizon_del`.
+ *  - Kinds: OX_HORIZON_GEOGRAPHIC gives (longitude, latitude) pairs in the
+ *    angular unit of the system's geographic system (longitudes about its
+ *    prime meridian, as `ox_geog_to_proj` takes them); OX_HORIZON_PROJECTED
+ *    gives (x, y) in the system's linear unit with the false easting and
+ *    northing, as `ox_geog_to_proj` returns them.  The two list the same
+ *    boundary points in the same order: vertex i of a projected ring is
+ *    vertex i of the geographic ring projected (on a polyhedral map, whose
+ *    outline runs along both sides of a cut, the copy of the point on the
+ *    ring's side of the cut).  The raster kinds, which only
+ *    "Fuller" and "Cube" have, give each face of the polyhedral map as a ring
+ *    of its own (for warping an image face by face; the plain kinds give the
+ *    outline of the whole net).
+ *  - Order: every ring runs counter-clockwise around its area (the area on
+ *    the left; in a geographic ring, longitude as x), starts at a corner and
+ *    ends with its first vertex repeated.
+ *  - Density: every side of a ring (a meridian or parallel of a band, an edge
+ *    of a face) is cut into 32 equal steps of the routine's parameter; a
+ *    boundary point that the projection maps to one point (a pole) repeats.
+ */
+typedef struct ox_horizon ox_horizon;
+
+/** Horizon kinds for `ox_generate_horizon`. */
+#define OX_HORIZON_GEOGRAPHIC        0
+#define OX_HORIZON_PROJECTED         1
+#define OX_HORIZON_GEOGRAPHIC_RASTER 2
+#define OX_HORIZON_PROJECTED_RASTER  3
+
+/** The horizon of a kind of a projected system; null for any other handle, a kind the projection lacks or no memory. */
+OX_API ox_horizon *ox_generate_horizon(const ox_object *projcs, int32_t kind);
+/** Releases a horizon; null is ignored. */
+OX_API void ox_horizon_del(ox_horizon *horizon);
+/** The kind a horizon was generated as; -1 for null. */
+OX_API int32_t ox_horizon_kind(const ox_horizon *horizon);
+/** Number of closed rings of a horizon; 0 for null. */
+OX_API int32_t ox_horizon_ring_count(const ox_horizon *horizon);
+/** Number of vertices of a ring (first vertex repeated last); 0 for null or a ring out of range. */
+OX_API int32_t ox_horizon_ring_size(const ox_horizon *horizon, int32_t ring);
+/** Copies at most `max_vertices` (x, y) pairs of a ring into `vertices`; returns how many. */
+OX_API int32_t ox_horizon_ring(const ox_horizon *horizon, int32_t ring, int32_t max_vertices, double *vertices);
+/** Writes {min x, min y, max x, max y} of every ring into `extent`; 1 on success, 0 for null. */
+OX_API int32_t ox_horizon_extent(const ox_horizon *horizon, double extent[4]);
+
+/* ------------------------------------------------------------------------ */
+/* Projected-system summary                                                 */
+/* ------------------------------------------------------------------------ */
+
+/** Projection families (`ox_pcsinfo.family`). */
+#define OX_FAMILY_CYLINDRICAL       0
+#define OX_FAMILY_PSEUDOCYLINDRICAL 1
+#define OX_FAMILY_CONIC             2
+#define OX_FAMILY_PSEUDOCONIC       3
+#define OX_FAMILY_AZIMUTHAL         4
+#define OX_FAMILY_POLYCONIC         5
+#define OX_FAMILY_POLYHEDRAL        6
+#define OX_FAMILY_OTHER             7
+
+/** What a projection preserves (`ox_pcsinfo.preserves`); 0 for a compromise. */
+#define OX_PRESERVES_SHAPE    1 /* conformal */
+#define OX_PRESERVES_AREA     2 /* equal-area */
+#define OX_PRESERVES_DISTANCE 4 /* equidistant along some lines */
+
+/**
+ * Summary of a projected system for presenting it to a person.  Texts are
+ * null-terminated; angles are degrees whatever the system's unit; a value
+ * that does not exist is NaN.
+ */
+typedef struct ox_pcsinfo {
+    char name[OX_NAME_SIZE];             /* the projected system's name */
+    char projection[OX_NAME_SIZE];       /* its projection's name */
+    int32_t projection_code;             /* the registry code, -1 when not registered */
+    int32_t family;                      /* OX_FAMILY_* */
+    char family_name[32];                /* "Cylindrical", "Pseudocylindrical", ... */
+    int32_t preserves;                   /* OX_PRESERVES_* bits */
+    char preserves_name[32];             /* "conformal", "equal-area", "equidistant" or "compromise" */
+    double central_meridian;             /* degrees from the prime meridian */
+    double origin_latitude;              /* degrees */
+    double prime_meridian;               /* degrees east of Greenwich */
+    double extent[4];                    /* the projected horizon's min x, min y, max x, max y (linear unit) */
+    double geographic_extent[4];         /* the horizon's min longitude, min latitude, max longitude, max latitude */
+    char linear_unit[OX_NAME_SIZE];      /* the linear unit's name */
+    double linear_factor;                /* metres per linear unit */
+    char angular_unit[OX_NAME_SIZE];     /* the geographic system's angular unit */
+    double angular_factor;               /* radians per angular unit */
+    int32_t parameter_count;             /* parameters listed below, in slot order */
+    char parameter_names[OX_PARAMETER_SLOTS][OX_NAME_SIZE];
+    double parameter_values[OX_PARAMETER_SLOTS]; /* as the system states them (its units) */
+} ox_pcsinfo;
+
+/**
+ * Fills `info` with the summary of a projected system: its projection's
+ * family and what it preserves, the central meridian and the latitude of
+ * origin (the projection's parameters where it has them, else the point at
+ * its natural origin), the extent of its horizon, its units and its
+ * parameters.  1 on success; 0 (and `info` cleared) for a null or wrong
+ * handle or a null `info`.
+ */
+OX_API int32_t ox_pcsinfo_generate(const ox_object *projcs, ox_pcsinfo *info);
 
 /* ------------------------------------------------------------------------ */
 /* Ellipsoid mathematics (radians; a in any length unit; e2 = e squared)     */

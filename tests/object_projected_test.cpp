@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <cstring>
-#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -227,57 +226,3 @@ TEST(ProjectedSystem, ConstructorOwnershipAndConstants) {
     EXPECT_EQ(ox_projcs_isconstloaded(nullptr), 0);
 }
 
-TEST(ProjectionRegistry, HorizonsOfTheImplementedProjections) {
-    const double wgs84[2] = {6378137.0, 0.0066943799901413165};
-    double parameters[16] = {};
-    parameters[2] = 0.26179938779914941;  // central meridian 15 degrees
-    parameters[5] = 0.9996;
-    parameters[4] = parameters[3];
-    // Rows that refuse the generic values (a cone of two standard parallels
-    // on the equator, a perspective from the surface, two coincident points)
-    // get their own, the two-point equidistant's first point on the central
-    // meridian.
-    const std::map<std::string, std::vector<std::pair<int, double>>> own = {
-        {"Lambert_Conformal_Conic", {{3, 0.5}, {4, 1.0}}},
-        {"Vertical_Near_Side_Perspective", {{15, 1e7}}},
-        {"Two_Point_Equidistant", {{3, 0.5}, {4, 0.8}, {8, parameters[2]}, {9, 0.6}}},
-    };
-    int with_projected = 0;
-    for (const ox::ProjRow *row_pointer : ox::projlist_rows()) {
-        const ox::ProjRow &row = *row_pointer;
-        if (row.forward == ox::proj_unavailable) {
-            EXPECT_EQ(row.horizon_pcs, nullptr) << row.name;  // comes with the family's routines
-            continue;
-        }
-        double generic[16];
-        std::copy(std::begin(parameters), std::end(parameters), generic);
-        if (auto it = own.find(row.name); it != own.end())
-            for (const auto &[slot, value] : it->second) parameters[slot] = value;
-        ASSERT_NE(row.horizon_pcs, nullptr) << row.name;
-        ++with_projected;
-        const int32_t total = row.horizon(wgs84, parameters, 0, nullptr);
-        ASSERT_GT(total, 4) << row.name;
-        std::vector<double> geo(2 * static_cast<size_t>(total)), xy(geo.size());
-        ASSERT_EQ(row.horizon(wgs84, parameters, total, geo.data()), total);
-        ASSERT_EQ(row.horizon_pcs(wgs84, parameters, total, xy.data()), total);
-        // Closed, within the globe about the central meridian, and projected
-        // point by point by the row's own forward routine.
-        EXPECT_EQ(geo[0], geo[geo.size() - 2]);
-        EXPECT_EQ(geo[1], geo[geo.size() - 1]);
-        std::vector<double> expected = geo;
-        row.forward(wgs84, parameters, total, expected.data(), nullptr, nullptr);
-        for (size_t i = 0; i < geo.size(); i += 2) {
-            EXPECT_LE(std::fabs(geo[i] - parameters[2]), 3.141592653589793 + 1e-15) << row.name;
-            EXPECT_LE(std::fabs(geo[i + 1]), 1.5707963267948966) << row.name;
-            EXPECT_TRUE(std::isfinite(xy[i]) && std::isfinite(xy[i + 1])) << row.name << " vertex " << i / 2;
-            EXPECT_EQ(xy[i], expected[i]) << row.name;
-            EXPECT_EQ(xy[i + 1], expected[i + 1]) << row.name;
-        }
-        // A short buffer receives only what fits; the count is the whole boundary's.
-        double few[6];
-        EXPECT_EQ(row.horizon_pcs(wgs84, parameters, 3, few), total);
-        EXPECT_EQ(few[0], xy[0]);
-        std::copy(std::begin(generic), std::end(generic), parameters);
-    }
-    EXPECT_GE(with_projected, 26);
-}

@@ -149,7 +149,7 @@ struct Ellipsoid {
         const double L = M::reduce(d);
         double X, Y;
         const bool ok = series_forward<M>(f, c, lat, L, X, Y);
-        const bool inside = std::fabs(L) <= kBand * (1.0 + 1e-12);  // (the horizon's edge, after rounding)
+        const bool inside = std::fabs(L) <= kBand * (1.0 + 1e-8);  // (the band's edge, after the inverse's error)
         x = inside ? c.k0 * X : failure_nan();
         y = c.k0 * Y;
         return ok & M::reduce_ok(d);
@@ -170,7 +170,8 @@ struct Ellipsoid {
             L += L0 - L_p;
         }
         const double l = f.p.central_meridian + L;
-        const bool inside = (std::fabs(L) <= kBand * (1.0 + 1e-12)) & (std::fabs(phi) <= kHalfPi);
+        // (the band's edge after the inverse's own error there, 1e-8 degrees)
+        const bool inside = (std::fabs(L) <= kBand * (1.0 + 1e-8)) & (std::fabs(phi) <= kHalfPi);
         lon = M::reduce(l);
         lat = inside ? phi : failure_nan();
         return ok & (M::reduce_ok(l) | !inside);

@@ -69,10 +69,10 @@ namespace ox {
     X(Gnomonic)                                                                         \
     PENDING(43048, "Times", kFalseOriginAndMeridian)                                    \
     X(VerticalPerspective)                                                              \
-    PENDING(43052, "Fuller", kOption)                                                   \
+    X(FullerProjection)                                                                 \
     PENDING(43053, "Rectified_Skew_Orthomorphic_Natural_Origin", kSkew)                 \
     PENDING(43054, "Rectified_Skew_Orthomorphic_Center", kSkew)                         \
-    PENDING(43055, "Cube", kMeridianAndOption)                                          \
+    X(CubeProjection)                                                                   \
     X(Local)                                                                            \
     PENDING(43059, "Goode_Homolosine", kMeridianAndOption)
 

@@ -27,6 +27,7 @@
 // parameters.  The projection keeps no constants: they are computed for
 // each call.
 #include <cmath>
+#include <cstring>
 
 #include "projection/ox_horizon.h"
 #include "projection/ox_projdef.h"
@@ -147,11 +148,28 @@ struct TwoPointEquidistant {
     }
 };
 
-// The whole globe about the first point's longitude.
+// The hemisphere about the midpoint of the two points: the map is one to
+// one on the whole globe, but its outline is the image of the arc between
+// the points' antipodes (a slit, no ring of longitudes and latitudes), so
+// the horizon is the half of the globe the map is drawn for.
 OX_HORIZON_ROUTINE(TwoPointEquidistant::horizon) {
     (void)spheroid;
-    return horizon_band(horizon_center(parameters, &ParameterValues::longitude_of_1st_point), kPi, kHalfPi,
-                        max_vertices, vertices);
+    double lon_mid = 0.0, lat_mid = 0.0;
+    if (parameters != nullptr) {
+        ParameterValues p;
+        std::memcpy(&p, parameters, sizeof p);
+        const double lon1 = p.longitude_of_1st_point, lat1 = latitude_parameter(p.latitude_of_1st_point());
+        const Vector a = unit(0.0, lat1), b = unit(ox_delta(p.longitude_of_2nd_point - lon1),
+                                                  latitude_parameter(p.latitude_of_2nd_point()));
+        const Vector m = {a.x + b.x, a.y + b.y, a.z + b.z};
+        const double h = std::hypot(m.x, m.y);
+        if (std::isfinite(lon1) && (h > 0.0 || m.z != 0.0)) {
+            lon_mid = lon1 + std::atan2(m.y, m.x);
+            lat_mid = std::atan2(m.z, h);
+        }
+    }
+    if (!(std::isfinite(lon_mid) && std::isfinite(lat_mid))) lon_mid = lat_mid = 0.0;
+    return horizon_circle(lon_mid, lat_mid, kHalfPi - 1e-6, max_vertices, vertices);
 }
 
 }  // namespace

@@ -90,13 +90,14 @@ struct VerticalPerspective {
     }
 };
 
-// The small circle of the horizon, cos c = 1/P, a hair inside.
+// The small circle of the horizon, cos c = 1/P, 1e-6 radians inside (so
+// that its projection is inside the disc of the map after rounding).
 OX_HORIZON_ROUTINE(VerticalPerspective::horizon) {
-    double radius = kHalfPi - 1e-9;
+    double radius = kHalfPi - 1e-6;
     if (spheroid != nullptr && parameters != nullptr) {
         VerticalPerspective::Constants c;
         if (Frame(spheroid, parameters).usable() && setup(Frame(spheroid, parameters), c))
-            radius = std::acos(c.inv_p) * (1.0 - 1e-9);
+            radius = std::acos(c.inv_p) - 1e-6;
     }
     return horizon_circle(horizon_center(parameters, &ParameterValues::longitude_of_center),
                           horizon_center(parameters, &ParameterValues::latitude_of_center), radius, max_vertices,

@@ -107,6 +107,18 @@ expect "prj read of a missing file" 2 "" "" prj read /nonexistent/file.prj
 expect "prj without a subcommand" 2 "" "" prj
 "$ox" prj read /nonexistent/file.prj 2>&1 | grep -q "error -101: the file cannot be opened or read" ||
     fail "prj read error text"
+# The summary of a projected system after its object string, and horizons.
+"$ox" info 32633 | grep -qx '# projection: Transverse_Mercator (43006), Cylindrical, conformal' || fail "info summary"
+"$ox" info 32633 | grep -qx '# central meridian: 15, latitude of origin: 0 (degrees)' || fail "info summary origin"
+[ "$("$ox" info 4326 | grep -c '^#')" -eq 0 ] || fail "no summary for a geographic system"
+"$ox" horizon 32633 | head -1 | grep -qx '{"type":"FeatureCollection","features":\[' || fail "horizon GeoJSON"
+[ "$("$ox" horizon --projected 32633 | grep -c '"type":"Feature"')" -eq 1 ] || fail "horizon one ring"
+fuller='PROJCS["f",GEOGCS["g",DATUM["d",SPHEROID["s",6371000,0]],PRIMEM["Greenwich",0],UNIT["Degree",0.0174532925199433]],PROJECTION["Fuller"],PARAMETER["False_Easting",0],PARAMETER["False_Northing",0],PARAMETER["Option",0],UNIT["Meter",1]]'
+[ "$("$ox" horizon --raster "$fuller" | grep -c '"type":"Feature"')" -eq 20 ] || fail "horizon raster faces"
+expect "horizon of no projected system" 2 "" "" horizon 4326
+expect "horizon without raster" 1 "" "" horizon --raster 32633
+expect "horizon bad precision" 2 "" "" horizon --precision 99 32633
+expect "horizon unknown option" 2 "" "" horizon --frobnicate 32633
 
 "$ox" --help | grep -q "usage: ox COMMAND" || fail "--help"
 for command in $("$ox" --help | awk '/^  [a-z]/ {print $1}'); do

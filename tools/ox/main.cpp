@@ -68,7 +68,11 @@ const Command kCommands[] = {
      "Builds the object of a catalogue code (4326, EPSG:7855) or definition string\n"
      "(OX_GCS_WGS_1984) and prints its object string with an AUTHORITY on every\n"
      "object, or on the outermost object only where the whole text would be too\n"
-     "long for the reader: what it prints, `ox parse` reads back.\n\n"
+     "long for the reader: what it prints, `ox parse` reads back. A projected\n"
+     "system is followed by its summary, lines that start with \"# \": the\n"
+     "projection, its family and what it preserves, the central meridian and\n"
+     "latitude of origin in degrees, the extent of its horizon in the linear unit\n"
+     "and in degrees, the units and the parameters.\n\n"
      "A plain code is tried as a projected, geographic and vertical system first,\n"
      "then as the kind its code range names, then as any other kind; the codes of\n"
      "the registry outside the classic bands (GDA2020 7844, MGA 7855, JGD2011\n"
@@ -176,6 +180,24 @@ const Command kCommands[] = {
      "                 its flattening may be at most 1/50\n\n"
      OX_LINE_RULES,
      cmd_geodesic},
+    {"horizon", "print the outline of a projected system's map as GeoJSON",
+     "usage: ox horizon [--projected] [--raster] [--precision N] SYSTEM\n\n"
+     "SYSTEM is a projected system: a catalogue code (32633, EPSG:7855) or definition string\n"
+     "(OX_PCS_WGS_1984_UTM_ZONE_33N), an object string starting with PROJCS[, or\n"
+     "the name of a file that holds one. Prints the horizon of the system, the\n"
+     "boundary of the area its projection represents, as a GeoJSON\n"
+     "FeatureCollection on standard output: one Polygon feature per closed ring,\n"
+     "counter-clockwise, every side cut into 32 steps. Load it into any GIS.\n\n"
+     "  --projected    x and y in the system's linear unit, false easting and\n"
+     "                 northing included (default: longitude and latitude in the\n"
+     "                 angular unit of the system's GEOGCS)\n"
+     "  --raster       every face of a polyhedral map (\"Fuller\", \"Cube\") as a\n"
+     "                 ring of its own instead of the outline of the whole net\n"
+     "  --precision N  digits after the decimal point, 0 to 17 (default 9 for\n"
+     "                 angles, 3 for lengths)\n\n"
+     "Exit status 1 when the projection has no such horizon, 2 for a usage error\n"
+     "or an unreadable SYSTEM.\n",
+     cmd_horizon},
 };
 
 void overview(FILE *out) {
