@@ -130,7 +130,7 @@ typedef int32_t (*ox_method_routine)(const double ellipsoid1[2], const double el
 typedef int32_t (*ox_htmethod_routine)(void *unused, const double *coefficients,
                                        int32_t n, double *points);
 
-/** Directory provider for `ox_objedithome_setfunc`: returns the directory. */
+/** Directory provider for `ox_objedithome_setfunc` and `ox_datahome_setfunc`: returns the directory. */
 typedef const char *(*ox_directory_provider)(void);
 
 /* ------------------------------------------------------------------------ */
@@ -1047,6 +1047,81 @@ OX_API int32_t ox_geogtran_isconstloaded(const ox_object *geogtran);
 OX_API int32_t ox_geogtran_load_constants(ox_object *geogtran);
 /** Deletes the loaded constants, if any. */
 OX_API void ox_geogtran_unload_constants(ox_object *geogtran);
+
+/* ------------------------------------------------------------------------ */
+/* Datum transformation driver                                              */
+/* ------------------------------------------------------------------------ */
+
+/*
+ * Points are (longitude, latitude) pairs in the angular unit and about the
+ * prime meridian of the source system, converted in place to the target
+ * system's; `heights` (may be null: every height is then 0 and none is
+ * written back) holds `n` ellipsoidal heights in metres, which the
+ * geocentric methods convert and the others keep.  Both return the number
+ * of points converted:
+ *  - the geocentric methods ("Geocentric_Translation", "Coordinate_Frame"
+ *    and its twin "Bursa_Wolf", "Position_Vector", "Molodensky",
+ *    "Molodensky_Abridged", "Molodensky_Badekas") convert every point (NaN
+ *    in, NaN out); parameters are read in metres, arc-seconds and parts per
+ *    million; position vector is coordinate frame with the rotations
+ *    negated; the inverse of the seven-parameter methods uses the exact
+ *    inverse matrix, the Molodensky inverse is the forward with the
+ *    ellipsoids exchanged and the translations negated (not iterated);
+ *  - "Longitude_Rotation" turns by the difference of the two prime
+ *    meridians, and converts nothing (0, points untouched) between systems
+ *    on different datums;
+ *  - the grid methods load their grid from the data home on first use (see
+ *    below) and convert nothing when it cannot be loaded (0, points
+ *    untouched); a point the grid does not cover is left as it is (only its
+ *    unit converted) and not counted.  Their inverse iterates the forward
+ *    from the target (e -= forward(e) - target) until it closes (2^-48
+ *    degree for NADCON/HARN, 1e-9 arc-second for NTv2) or after 51 rounds.
+ *    NADCON/HARN need a point strictly inside the grid; NTv2 takes a point
+ *    on a sub-grid's edge too, and the finest sub-grid containing the point
+ *    wins (the first top-level grid that contains it, then the first of its
+ *    children that does, and so on).
+ * A transformation whose systems, units, ellipsoids or parameters cannot
+ * describe a conversion (a unit factor not positive, an ellipsoid with a
+ * not positive axis or a flattening that is not below 1, a parameter that is
+ * not finite) converts nothing and returns 0.
+ */
+/** Converts `n` points from the first to the second system of a transformation; the count converted. */
+OX_API int32_t ox_geog1_to_geog2(ox_object *geogtran, int32_t n, double *points, double *heights);
+/** Converts `n` points from the second to the first system of a transformation; the count converted. */
+OX_API int32_t ox_geog2_to_geog1(ox_object *geogtran, int32_t n, double *points, double *heights);
+
+/* ------------------------------------------------------------------------ */
+/* Data home: where the grid methods find their files                       */
+/* ------------------------------------------------------------------------ */
+
+/*
+ * Grid files are found under the data home, a process-wide directory of at
+ * most 255 characters: NADCON grids as "nadcon/NAME.los" and
+ * "nadcon/NAME.las", HARN grids as "harn/NAME.los" and "harn/NAME.las",
+ * NTv2 grids as "ntv2/NAME.gsb" (".gsb" appended when NAME lacks it), NAME
+ * being the transformation's "Dataset_NAME" parameter without its prefix.
+ * Paths are joined with the platform's own separator ("/" here, "\" on
+ * Windows), added only where the directory does not already end with one.
+ * Until one of the two functions below is called, the first grid load reads
+ * the environment variable "OXDATAHOME".  Setting the data home is safe
+ * from several threads, but a grid loads from the data home of the moment.
+ *
+ * NADCON/HARN files: records of 4 NC + 4 bytes, the header (64 characters,
+ * NC, NR, NZ as int32, XMIN, DX, YMIN, DY, ANGLE as float32) first, then NR
+ * rows south to north of 4 skipped bytes and NC float32 shifts in
+ * arc-seconds (".los" longitude, positive west; ".las" latitude); little-
+ * endian, or big-endian when NC read little-endian exceeds 999999.  NTv2
+ * files: the published ".gsb" layout in either byte order, with shifts in
+ * "SECONDS", "MINUTES", "DEGREES" or "RADIANS", parent and child sub-grids.
+ * A grid that is truncated, inconsistent (a ".las" header other than its
+ * ".los", counts that do not match the extents, sub-grid parents that form
+ * a cycle or name no sub-grid) or holds a shift that is not finite does
+ * not load.
+ */
+/** Sets the data home; null, "" or a directory of 256 characters or more leaves none (the environment is then not read). */
+OX_API void ox_datahome_setdir(const char *directory);
+/** Sets the data home to what `provider` returns (called once, at once); a null provider leaves none. */
+OX_API void ox_datahome_setfunc(ox_directory_provider provider);
 
 /* ------------------------------------------------------------------------ */
 /* Authority                                                                */

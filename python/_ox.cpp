@@ -226,12 +226,7 @@ struct Converter {
                 if (!inverse) return ox_geog_to_proj(h, n, pairs);
                 return centred ? ox_proj_to_geog_center(h, n, pairs, center) : ox_proj_to_geog(h, n, pairs);
             case Kind::kGeogtran:
-#ifdef OX_HAVE_GEOG1_TO_GEOG2
                 return inverse ? ox_geog2_to_geog1(h, n, pairs, heights) : ox_geog1_to_geog2(h, n, pairs, heights);
-#else
-                (void)heights;
-                return 0;
-#endif
             default: return 0;
         }
     }
@@ -447,10 +442,4 @@ PYBIND11_MODULE(_ox, m) {
     m.def("predefined", &predefined, py::arg("kind"));
     m.def("identify", &identify, py::arg("handle"), py::arg("capacity") = 16);
     m.def("version", &version);
-    m.attr("has_transformations") =
-#ifdef OX_HAVE_GEOG1_TO_GEOG2
-        true;
-#else
-        false;
-#endif
 }

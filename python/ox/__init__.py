@@ -303,8 +303,6 @@ class Transformation(_Object):
     _kinds = ("geogtran",)
 
     def _convert(self, inverse, lon, lat, h, out, inplace, return_count):
-        if not _ox.has_transformations:
-            raise NotImplementedError("this build of the library has no datum transformations")
         scalar = _is_scalar(lon) and (lat is None or _is_scalar(lat))
         if scalar and lat is not None:
             lon, lat = [lon], [lat]

@@ -226,3 +226,52 @@ def test_transformations_from_python():
     assert pickle.loads(pickle.dumps(t)) == t
     with pytest.raises(ValueError):
         ox.Transformation(32633)
+
+
+
+# Reference rows of an open-source peer (tests/data/epsg_transformation_points.csv),
+# at height 0: 1173, NAD27 to WGS 84 by a geocentric translation, and 1311, ED50
+# to WGS 84 by another.
+NAD27_WGS84 = np.array([[-95.85, 36.895, -95.850272246678, 36.895068305723],
+                        [-80.1911550821, 31.3465938242, -80.190951471795, 31.346791912816]])
+ED50_WGS84 = np.array([[-2.62, 55.655, -2.621596861299, 55.654241748497],
+                       [-12.289217768, 58.6719789673, -12.2911689807, 58.671191937727]])
+
+
+@pytest.mark.parametrize("code, rows", [(1173, NAD27_WGS84), (1311, ED50_WGS84)])
+def test_catalogue_transformations_against_the_reference(code, rows):
+    t = ox.Transformation("EPSG:%d" % code)
+    lon, lat, n = t.forward(rows[:, 0], rows[:, 1], return_count=True)
+    assert n == len(rows)
+    assert np.max(np.abs(lon - rows[:, 2])) < 1e-9
+    assert np.max(np.abs(lat - rows[:, 3])) < 1e-9
+    assert t.forward(rows[0, 0], rows[0, 1]) == pytest.approx(tuple(rows[0, 2:4]), abs=1e-9)
+    # Back again as pairs in place; the height the forward step gained is
+    # dropped, so only to about 1e-7 degree (tens of metres of height).
+    pairs = np.ascontiguousarray(rows[:, 2:4])
+    t.inverse(pairs, inplace=True)
+    assert np.max(np.abs(pairs - rows[:, 0:2])) < 1e-7
+    # With the heights carried both ways the round trip is exact.
+    lon2, lat2, h2 = t.forward(rows[:, 0], rows[:, 1], np.zeros(len(rows)))
+    lon1, lat1, h1 = t.inverse(lon2, lat2, h2)
+    assert np.max(np.abs(lon1 - rows[:, 0])) < 1e-11 and np.max(np.abs(lat1 - rows[:, 1])) < 1e-11
+    assert np.max(np.abs(h1)) < 1e-6
+
+
+def test_heights_travel_with_the_points_and_round_trip():
+    t = ox.Transformation(1612)  # position vector, seven parameters
+    lon, lat, h = np.array([17.33, 11.2577425437]), np.array([73.365, 83.1689878076]), np.array([0.0, 1250.0])
+    lon2, lat2, h2 = t.forward(lon, lat, h)
+    alon, alat = t.forward(lon, lat)
+    assert abs(lon2[0] - alon[0]) < 1e-12 and abs(lon2[1] - alon[1]) > 1e-9  # the height moves the point
+    assert np.all(np.isfinite(h2)) and h2[1] != 1250.0
+    blon, blat, bh = t.inverse(lon2, lat2, h2)
+    assert np.max(np.abs(blon - lon)) < 1e-11 and np.max(np.abs(blat - lat)) < 1e-11
+    assert np.max(np.abs(bh - h)) < 1e-6
+
+
+def test_grid_transformations_count_only_the_points_they_convert():
+    # NADCON 1241 with no grid in the data home converts nothing and leaves
+    # the points as they were.
+    lon, lat, n = ox.Transformation(1241).forward([-95.85], [36.895], return_count=True)
+    assert n == 0 and (lon[0], lat[0]) == (-95.85, 36.895)

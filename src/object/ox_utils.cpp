@@ -5,8 +5,13 @@
 namespace ox {
 
 namespace {
+// The platform's own path separator.
+#if defined(_WIN32)
+constexpr char kSeparator = '\\';
+#else
 constexpr char kSeparator = '/';
-}
+#endif
+}  // namespace
 
 bool file_exists(const char *path) {
     struct stat st;

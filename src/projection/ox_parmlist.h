@@ -98,6 +98,34 @@ static_assert(offsetof(ParameterValues, scale_factor) == 5 * sizeof(double) &&
                   offsetof(ParameterValues, height) == 15 * sizeof(double),
               "members in slot order");
 
+// The sixteen parameter values of a geographic transformation, by slot,
+// as the transformation driver hands them to a method: translations and
+// the rotation origin in metres, rotations in radians, the scale difference
+// as a plain ratio.  Slot 5 carries the longitude rotation's turn (the
+// difference of the prime meridians) for that method; slots 10 to 14 are
+// unused and slot 15 is the grid's ("Dataset_...", no value).
+struct MethodParameterValues {
+    double x_axis_translation;               // 0
+    double y_axis_translation;               // 1
+    double z_axis_translation;               // 2
+    double x_axis_rotation;                  // 3
+    double y_axis_rotation;                  // 4
+    double z_axis_rotation;                  // 5, or the longitude rotation
+    double scale_difference;                 // 6
+    double x_coordinate_of_rotation_origin;  // 7
+    double y_coordinate_of_rotation_origin;  // 8
+    double z_coordinate_of_rotation_origin;  // 9
+    double unused[5];                        // 10-14
+    double dataset;                          // 15
+
+    double longitude_rotation() const { return z_axis_rotation; }
+};
+static_assert(sizeof(MethodParameterValues) == OX_PARAMETER_SLOTS * sizeof(double), "one double per slot");
+static_assert(offsetof(MethodParameterValues, scale_difference) == 6 * sizeof(double) &&
+                  offsetof(MethodParameterValues, z_coordinate_of_rotation_origin) == 9 * sizeof(double) &&
+                  offsetof(MethodParameterValues, dataset) == 15 * sizeof(double),
+              "members in slot order");
+
 // The slot of a member of ParameterValues.
 #define OX_SLOT(member) static_cast<int>(offsetof(::ox::ParameterValues, member) / sizeof(double))
 
@@ -142,6 +170,17 @@ inline constexpr int32_t kPerspective[] = {kParFalseEasting, kParFalseNorthing, 
 inline constexpr int32_t kOption[] = {kParFalseEasting, kParFalseNorthing, kParOption};
 inline constexpr int32_t kSkew[] = {kParFalseEasting, kParFalseNorthing,   kParLongitudeOfCenter, kParLatitudeOfCenter,
                                     kParAzimuth,      kParXYPlaneRotation, kParScaleFactor};
+// The transformation methods' sets (the parameters ox_parameter_method_defaults makes).
+inline constexpr int32_t kTranslations[] = {kParXAxisTranslation, kParYAxisTranslation, kParZAxisTranslation};
+inline constexpr int32_t kSevenParameters[] = {kParXAxisTranslation, kParYAxisTranslation, kParZAxisTranslation,
+                                               kParXAxisRotation,    kParYAxisRotation,    kParZAxisRotation,
+                                               kParScaleDifference};
+inline constexpr int32_t kRotationOrigin[] = {kParXAxisTranslation,       kParYAxisTranslation,
+                                              kParZAxisTranslation,       kParXAxisRotation,
+                                              kParYAxisRotation,          kParZAxisRotation,
+                                              kParXCoordOfRotationOrigin, kParYCoordOfRotationOrigin,
+                                              kParZCoordOfRotationOrigin, kParScaleDifference};
+inline constexpr int32_t kGrid[] = {kParDataset};
 inline constexpr int32_t kMeridianAndOption[] = {kParFalseEasting, kParFalseNorthing, kParCentralMeridian, kParOption};
 }  // namespace parameter_sets
 

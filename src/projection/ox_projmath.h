@@ -98,7 +98,20 @@ OX_ALWAYS_INLINE int32_t finish_points(int32_t m, double *p) {
 // How the loop counts the converted points: every point (the projection
 // converts every point by definition), or the points whose results are not
 // NaN, which then get the failure value in both coordinates.
-enum class Count { kEvery, kFinished };
+// Kernels that carry heights (the datum transformations) may also report
+// points they leave unconverted (kKernel).
+enum class Count { kEvery, kFinished, kKernel };
+
+// Kernels over points with heights: a kernel whose `kHeights` is true takes
+// (u, v, h) and gives (x, y, h_out); `fast` returns kRedoExactly when an
+// argument was outside the fast kernels' range, plus kNotConverted for a
+// point the kernel left as it was (counted out under Count::kKernel), and
+// `exact` returns kNotConverted or 0.  Heights are an optional third array:
+// without it every height in is 0 and nothing is written back.
+inline constexpr int64_t kRedoExactly = 1;
+inline constexpr int64_t kNotConverted = 2;
+template <class Kernel>
+concept HeightKernel = requires { requires Kernel::kHeights; };
 
 // Converts points block by block: the fast kernel over the block (the loop
 // that the compiler vectorises), then the exact kernel for the points that
@@ -128,59 +141,128 @@ OX_ALWAYS_INLINE int32_t run_points_body(const Kernel &kernel_ref, int32_t n, do
     return C == Count::kEvery ? n : static_cast<int32_t>(converted);
 }
 
+// The same for a kernel with heights (HeightKernel), `Heights` telling
+// whether the third array is there.
+template <Count C, bool Heights, class Kernel>
+OX_ALWAYS_INLINE int32_t run_points_body_heights(const Kernel &kernel_ref, int32_t n, double *points,
+                                                 double *heights) {
+    const Kernel kernel = kernel_ref;
+    alignas(64) double saved[2 * kPointBlock];
+    alignas(64) double saved_h[kPointBlock];
+    alignas(64) int64_t flags[kPointBlock];
+    int64_t converted = 0;
+    for (int64_t start = 0; start < n; start += kPointBlock) {
+        const int32_t m = static_cast<int32_t>(n - start < kPointBlock ? n - start : kPointBlock);
+        double *p = points + 2 * static_cast<size_t>(start);
+        double *hp = Heights ? heights + start : nullptr;
+        std::memcpy(saved, p, sizeof(double) * 2 * static_cast<size_t>(m));
+        if constexpr (Heights) std::memcpy(saved_h, hp, sizeof(double) * static_cast<size_t>(m));
+        int64_t any = 0;
+        for (int32_t i = 0; i < m; ++i) {
+            double h_out;
+            const int64_t flag = kernel.fast(saved[2 * i], saved[2 * i + 1], Heights ? saved_h[i] : 0.0, p[2 * i],
+                                             p[2 * i + 1], h_out);
+            if constexpr (Heights) hp[i] = h_out;
+            flags[i] = flag;
+            any |= flag;
+        }
+        if ((any & kRedoExactly) != 0)
+            for (int32_t i = 0; i < m; ++i)
+                if ((flags[i] & kRedoExactly) != 0) {
+                    double h_out;
+                    flags[i] = kernel.exact(saved[2 * i], saved[2 * i + 1], Heights ? saved_h[i] : 0.0, p[2 * i],
+                                            p[2 * i + 1], h_out);
+                    if constexpr (Heights) hp[i] = h_out;
+                }
+        if constexpr (C == Count::kKernel)
+            for (int32_t i = 0; i < m; ++i) converted += (flags[i] & kNotConverted) != 0 ? 0 : 1;
+        else if constexpr (C == Count::kFinished)
+            converted += finish_points(m, p);
+    }
+    return C == Count::kEvery ? n : static_cast<int32_t>(converted);
+}
+
+// One loop body for every kind of kernel.
+template <Count C, class Kernel>
+OX_ALWAYS_INLINE int32_t run_any_body(const Kernel &kernel, int32_t n, double *points, double *heights) {
+    if constexpr (HeightKernel<Kernel>) {
+        return heights != nullptr ? run_points_body_heights<C, true>(kernel, n, points, heights)
+                                  : run_points_body_heights<C, false>(kernel, n, points, nullptr);
+    } else {
+        (void)heights;
+        return run_points_body<C>(kernel, n, points);
+    }
+}
+
 #if !defined(__x86_64__)
 template <Count C, class Kernel>
-OX_NOINLINE int32_t run_points_base(const Kernel &kernel, int32_t n, double *points) {
-    return run_points_body<C>(kernel, n, points);
+OX_NOINLINE int32_t run_points_base(const Kernel &kernel, int32_t n, double *points, double *heights) {
+    return run_any_body<C>(kernel, n, points, heights);
 }
 #endif
 #if OX_ISA_VARIANTS
 template <Count C, class Kernel>
 __attribute__((noinline, target("arch=x86-64-v2"))) int32_t run_points_v2(const Kernel &kernel, int32_t n,
-                                                                          double *points) {
-    return run_points_body<C>(kernel, n, points);
+                                                                          double *points, double *heights) {
+    return run_any_body<C>(kernel, n, points, heights);
 }
 template <Count C, class Kernel>
 __attribute__((noinline, target("arch=x86-64-v3"))) int32_t run_points_v3(const Kernel &kernel, int32_t n,
-                                                                          double *points) {
-    return run_points_body<C>(kernel, n, points);
+                                                                          double *points, double *heights) {
+    return run_any_body<C>(kernel, n, points, heights);
 }
 template <Count C, class Kernel>
 __attribute__((noinline, target("arch=x86-64-v4"))) int32_t run_points_v4(const Kernel &kernel, int32_t n,
-                                                                          double *points) {
-    return run_points_body<C>(kernel, n, points);
+                                                                          double *points, double *heights) {
+    return run_any_body<C>(kernel, n, points, heights);
 }
 #endif
 
 // Runs the exact kernel alone.
 template <Count C, class Kernel>
-OX_NOINLINE int32_t run_points_exact(const Kernel &kernel, int32_t n, double *points) {
-    for (int32_t i = 0; i < n; ++i) {
-        double *p = points + 2 * static_cast<size_t>(i);
-        kernel.exact(p[0], p[1], p[0], p[1]);
+OX_NOINLINE int32_t run_points_exact(const Kernel &kernel, int32_t n, double *points, double *heights) {
+    if constexpr (HeightKernel<Kernel>) {
+        int64_t converted = 0;
+        for (int32_t i = 0; i < n; ++i) {
+            double *p = points + 2 * static_cast<size_t>(i);
+            double h_out;
+            const int64_t flag = kernel.exact(p[0], p[1], heights ? heights[i] : 0.0, p[0], p[1], h_out);
+            if (heights) heights[i] = h_out;
+            converted += (flag & kNotConverted) != 0 ? 0 : 1;
+        }
+        if constexpr (C == Count::kKernel) return static_cast<int32_t>(converted);
+        if constexpr (C == Count::kFinished) return finish_points(n, points);
+        return n;
+    } else {
+        (void)heights;
+        for (int32_t i = 0; i < n; ++i) {
+            double *p = points + 2 * static_cast<size_t>(i);
+            kernel.exact(p[0], p[1], p[0], p[1]);
+        }
+        return C == Count::kEvery ? n : finish_points(n, points);
     }
-    return C == Count::kEvery ? n : finish_points(n, points);
 }
 
 // Runs `kernel` over the `n` points in place with the best loop variant;
-// the number of points converted.
+// the number of points converted.  `heights` (a kernel with heights only)
+// is the optional third array.
 template <Count C, class Kernel>
-int32_t run_points(const Kernel &kernel, int32_t n, double *points) {
+int32_t run_points(const Kernel &kernel, int32_t n, double *points, double *heights = nullptr) {
     switch (point_loop_level()) {
 #if OX_ISA_VARIANTS
-        case 3: return run_points_v4<C>(kernel, n, points);
-        case 2: return run_points_v3<C>(kernel, n, points);
-        case 1: return run_points_v2<C>(kernel, n, points);
+        case 3: return run_points_v4<C>(kernel, n, points, heights);
+        case 2: return run_points_v3<C>(kernel, n, points, heights);
+        case 1: return run_points_v2<C>(kernel, n, points, heights);
 #endif
-        case kExactLevel: return run_points_exact<C>(kernel, n, points);
+        case kExactLevel: return run_points_exact<C>(kernel, n, points, heights);
         default:
 #if defined(__x86_64__)
             // The x86-64 baseline (SSE2) cannot vectorise these loops, and
             // there the C library's functions beat the inline kernels run one
             // point at a time.
-            return run_points_exact<C>(kernel, n, points);
+            return run_points_exact<C>(kernel, n, points, heights);
 #else
-            return run_points_base<C>(kernel, n, points);
+            return run_points_base<C>(kernel, n, points, heights);
 #endif
     }
 }

@@ -23,4 +23,20 @@ void *gt_first(const GtConstants *c) { return c && c->type == kGtConstantsTag ? 
 void *gt_second(const GtConstants *c) { return c && c->type == kGtConstantsTag ? c->second : nullptr; }
 void *gt_third(const GtConstants *c) { return c && c->type == kGtConstantsTag ? c->third : nullptr; }
 
+int32_t gt_install(GtConstants *block, bool ok, void *first, void *second, void *third) {
+    if (!ok) {
+        mem_free(first);
+        mem_free(second);
+        mem_free(third);
+        return 0;
+    }
+    mem_free(block->first);
+    mem_free(block->second);
+    mem_free(block->third);
+    block->first = first;
+    block->second = second;
+    block->third = third;
+    return 1;
+}
+
 }  // namespace ox

@@ -26,5 +26,9 @@ void gt_delete(GtConstants *c);
 void *gt_first(const GtConstants *c);
 void *gt_second(const GtConstants *c);
 void *gt_third(const GtConstants *c);
+// A loader's last step: when `ok`, the three freshly allocated blocks
+// replace what `block` held (which is freed) and the result is 1;
+// otherwise they are freed, `block` is left as it was and the result is 0.
+int32_t gt_install(GtConstants *block, bool ok, void *first, void *second, void *third);
 
 }  // namespace ox

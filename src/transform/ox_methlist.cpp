@@ -8,30 +8,36 @@
 #include "object/ox_object.h"
 #include "object/ox_registry.h"
 #include "projection/ox_parmlist.h"
-#include "transform/ox_methods.h"
 
 namespace ox {
 
+// The methods in the registry's stored order, one line each: X(D) for the
+// row kMethodD that the method's own file makes from its definition
+// (ox_methdef.h).  "Coordinate_Frame" is the Bursa-Wolf definition under
+// the registry's code and name.
+#define OX_METHOD_LIST(X)   \
+    X(LongitudeRotation)     \
+    X(BursaWolf)             \
+    X(PositionVector)        \
+    X(CoordinateFrame)       \
+    X(GeocentricTranslation) \
+    X(Molodensky)            \
+    X(MolodenskyAbridged)    \
+    X(MolodenskyBadekas)     \
+    X(Nadcon)                \
+    X(Harn)                  \
+    X(Ntv2)
+
+#define OX_DECLARE(D) extern const MethRow kMethod##D;
+OX_METHOD_LIST(OX_DECLARE)
+#undef OX_DECLARE
+
 namespace {
 
-
-constexpr MethRow kRows[] = {
-    {{kMethLongitudeRotation, kEpsg, kEpsgVersion, "Longitude_Rotation"}, method_unavailable, method_unavailable,
-     nullptr},
-    {{kMethBursaWolf, kMavo, kMavoVersion, "Bursa_Wolf"}, method_unavailable, method_unavailable, nullptr},
-    {{kMethPositionVector, kEpsg, kEpsgVersion, "Position_Vector"}, method_unavailable, method_unavailable, nullptr},
-    {{kMethCoordinateFrame, kEpsg, kEpsgVersion, "Coordinate_Frame"}, method_unavailable, method_unavailable, nullptr},
-    {{kMethGeocentricTranslation, kEpsg, kEpsgVersion, "Geocentric_Translation"}, method_unavailable,
-     method_unavailable, nullptr},
-    {{kMethMolodensky, kEpsg, kEpsgVersion, "Molodensky"}, method_unavailable, method_unavailable, nullptr},
-    {{kMethMolodenskyAbridged, kEpsg, kEpsgVersion, "Molodensky_Abridged"}, method_unavailable, method_unavailable,
-     nullptr},
-    {{kMethMolodenskyBadekas, kEpsg, kEpsgVersion, "Molodensky_Badekas"}, method_unavailable, method_unavailable,
-     nullptr},
-    {{kMethNadcon, kEpsg, kEpsgVersion, "NADCON"}, method_unavailable, method_unavailable, loader_unavailable},
-    {{kMethHarn, kMavo, kMavoVersion, "HARN"}, method_unavailable, method_unavailable, loader_unavailable},
-    {{kMethNtv2, kEpsg, kEpsgVersion, "NTv2"}, method_unavailable, method_unavailable, loader_unavailable},
-};
+#define OX_ROW_POINTER(D) &kMethod##D,
+constexpr const MethRow *kRows[] = {OX_METHOD_LIST(OX_ROW_POINTER)};
+#undef OX_ROW_POINTER
+static_assert(sizeof kRows / sizeof kRows[0] == 11, "the registry has 11 methods");
 
 const Method *method_rec(const ox_object *h) { return rec<Method>(h, OX_TAG_METHOD); }
 
@@ -68,24 +74,24 @@ OX_METHOD_ROUTINE(method_nothing) {
     return n;
 }
 
-OX_METHOD_ROUTINE(method_unavailable) {
-    (void)ellipsoid1, (void)ellipsoid2, (void)values, (void)grid_name, (void)n, (void)points, (void)heights;
-    (void)first, (void)second, (void)third;
-    return 0;
-}
-
-OX_LOADER_ROUTINE(loader_unavailable) {
-    (void)block, (void)grid_name;
-    return 0;
-}
-
-std::span<const MethRow> methlist_rows() { return kRows; }
+std::span<const MethRow *const> methlist_rows() { return kRows; }
 
 const MethRow *methlist_find_by_name(const char *name) {
-    return registry_find_name(std::span<const MethRow>(kRows), name, NameMatch::kExact);
+    return registry_find_name(std::span<const MethRow *const>(kRows), name, NameMatch::kExact);
 }
 
-const MethRow *methlist_find_by_code(int32_t code) { return registry_find_code(std::span<const MethRow>(kRows), code); }
+const MethRow *methlist_find_by_code(int32_t code) {
+    return registry_find_code(std::span<const MethRow *const>(kRows), code);
+}
+
+MethodUnitsRoutine methlist_units_routine(ox_method_routine routine) {
+    if (routine == nullptr) return nullptr;
+    for (const MethRow *r : kRows) {
+        if (r->forward == routine) return r->forward_units;
+        if (r->inverse == routine) return r->inverse_units;
+    }
+    return nullptr;
+}
 
 ox_object *methlist_new_by_code(int32_t code) {
     const MethRow *r = methlist_find_by_code(code);
@@ -133,34 +139,11 @@ OX_API ox_method_routine ox_method_inverse(const ox_object *method) {
 OX_API int32_t ox_parameter_method_defaults(const ox_object *method, ox_object *parameters[16]) {
     if (parameters == nullptr || !ox::is_type(method, OX_TAG_METHOD)) return 0;
     for (int i = 0; i < OX_PARAMETER_SLOTS; ++i) parameters[i] = nullptr;
-    using namespace ox;
-    static constexpr int32_t kTranslations[] = {kParXAxisTranslation, kParYAxisTranslation, kParZAxisTranslation};
-    static constexpr int32_t kSevenParameters[] = {kParXAxisTranslation, kParYAxisTranslation,
-                                                   kParZAxisTranslation, kParXAxisRotation,
-                                                   kParYAxisRotation,    kParZAxisRotation,
-                                                   kParScaleDifference};
-    static constexpr int32_t kBadekas[] = {kParXAxisTranslation,       kParYAxisTranslation,
-                                           kParZAxisTranslation,       kParXAxisRotation,
-                                           kParYAxisRotation,          kParZAxisRotation,
-                                           kParXCoordOfRotationOrigin, kParYCoordOfRotationOrigin,
-                                           kParZCoordOfRotationOrigin, kParScaleDifference};
-    static constexpr int32_t kGrid[] = {kParDataset};
-    const int32_t *codes = nullptr;
-    int count = 0;
-    switch (method->code) {
-        case kMethGeocentricTranslation: case kMethMolodensky: case kMethMolodenskyAbridged:
-            codes = kTranslations, count = 3;
-            break;
-        case kMethPositionVector: case kMethCoordinateFrame: case kMethBursaWolf:
-            codes = kSevenParameters, count = 7;
-            break;
-        case kMethMolodenskyBadekas: codes = kBadekas, count = 10; break;
-        case kMethNadcon: case kMethNtv2: case kMethHarn: codes = kGrid, count = 1; break;
-        default: return 0;
-    }
+    const ox::MethRow *row = ox::methlist_find_by_code(method->code);
+    if (row == nullptr) return 0;
     int made = 0;
-    for (int i = 0; i < count; ++i)
-        if (ox_object *p = parmlist_new_by_code(codes[i])) {
+    for (int32_t code : row->parameters)
+        if (ox_object *p = ox::parmlist_new_by_code(code)) {
             parameters[ox_parameter_index(p)] = p;
             ++made;
         }

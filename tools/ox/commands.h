@@ -77,6 +77,7 @@ int cmd_info(int argc, char **argv);
 int cmd_list(int argc, char **argv);
 int cmd_code(int argc, char **argv);
 int cmd_identify(int argc, char **argv);
+int cmd_transform(int argc, char **argv);
 int cmd_prjfile(int argc, char **argv);
 int cmd_georef(int argc, char **argv);
 int cmd_mgrs(int argc, char **argv);

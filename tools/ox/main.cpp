@@ -63,6 +63,35 @@ const Command kCommands[] = {
      "\"nan nan\". Exit status 0 when every point converted, 1 when some did not or\n"
      "the input was malformed, 2 for a usage error or an unreadable SYSTEM.\n",
      cmd_unproject},
+    {"transform", "convert longitude/latitude points through a datum transformation",
+     "usage: ox transform [OPTIONS] TRANSFORMATION < POINTS\n"
+     "       ox transform [--datahome DIR] --between GEOGCS1 GEOGCS2\n\n"
+     "TRANSFORMATION is a geographic transformation: a catalogue code (1241,\n"
+     "EPSG:1313) or definition string (OX_GT_...), an object string starting with\n"
+     "GEOGTRAN[, or the name of a file that holds one. Each input line is a point\n"
+     "\"lon lat\" or \"lon lat h\" in the angular unit of the transformation's first\n"
+     "system (its second with --inverse), h an ellipsoidal height in metres; it is\n"
+     "written as \"lon lat [h]\" in the other system's unit, whatever followed the\n"
+     "numbers copied after them. Blank lines and lines starting with '#' are copied.\n"
+     "The geocentric methods convert the height; the others keep it.\n\n"
+     "  --inverse        from the second system to the first\n"
+     "  --datahome DIR   the directory of the grid files (nadcon/, harn/, ntv2/);\n"
+     "                   otherwise the environment variable OXDATAHOME\n"
+     "  --input FILE     read the points from FILE (default: standard input)\n"
+     "  --output FILE    write the points to FILE (default: standard output)\n"
+     "  --precision N    digits after the decimal point, 0 to 17 (default 9)\n"
+     "  --between GEOGCS1 GEOGCS2\n"
+     "                   list the catalogue's transformations between two geographic\n"
+     "                   systems (codes, definition strings, GEOGCS[ strings or files)\n"
+     "                   as \"code name method\", those from GEOGCS2 to GEOGCS1 marked\n"
+     "                   \"(use --inverse)\"\n\n"
+     "A line that is not a point, and a point that is not converted (outside the\n"
+     "grid, or a transformation that converts nothing, such as a grid that cannot be\n"
+     "found), is reported on standard error with its line number and copied\n"
+     "unchanged. Exit status 0 when every point converted, 1 when some did not (or\n"
+     "--between found nothing), 2 for a usage error, an unreadable TRANSFORMATION\n"
+     "or unreadable input.\n",
+     cmd_transform},
     {"info", "print a catalogue object by code or definition string",
      "usage: ox info [--kind KIND] CODE|EPSG:CODE|DEFINITION_STRING\n\n"
      "Builds the object of a catalogue code (4326, EPSG:7855) or definition string\n"
