@@ -215,6 +215,10 @@ bool expected_of(const RegistryProjcs &r, Expected *e) {
         e->projections = {r.method == 9810 ? "Stereographic" : "Double_Stereographic"};
         add({{"Central_Meridian", v(kLon0)}, {"Scale_Factor", v(kK0)}, {"Latitude_Of_Origin", v(kLat0)}});
         return true;
+    case 9832:  // Modified Azimuthal Equidistant: the ellipsoidal azimuthal equidistant
+        e->projections = {"Azimuthal_Equidistant"};
+        add({{"Central_Meridian", v(kLon0)}, {"Latitude_Of_Origin", v(kLat0)}});
+        return true;
     case 9806:  // Cassini-Soldner
         e->projections = {"Cassini"};
         add({{"Central_Meridian", v(kLon0)}, {"Scale_Factor", 1.0}, {"Latitude_Of_Origin", v(kLat0)}});
@@ -431,6 +435,11 @@ TEST(CatalogueAudit, PeerPointsOfEveryRegistrySystem) {
             if (axes == "west/south") {
                 ex = -ex;
                 ey = -ey;
+            } else if (axes == "south/west" && registry.count(code) && registry.at(code).method != 9819) {
+                // Southing and westing of a system the library gives as easting
+                // and northing (the Ferro grids of Austria, Cassini-Soldner).
+                ex = -std::stod(f[4]);
+                ey = -std::stod(f[3]);
             }
             const double d = std::hypot(x - ex, y - ey) * unit;
             worst = std::isfinite(d) ? std::max(worst, d) : INFINITY;

@@ -138,13 +138,24 @@ void check_system(const ox::ProjRow &row, const System &s, int &refused, int &tr
         // wrap round at the antimeridian, and their inverses take a point
         // beyond a pole line for the pole.)
         if (row.family == ox::Family::kCylindrical) continue;
+        // The middle of a side: on a polyhedral map the middle of its
+        // straight side; elsewhere the image of the middle of the geographic
+        // side (a curved outline, like a world map's meridian, bulges out
+        // beyond the chord's middle).
         const double step = 1e-6 * size;
+        std::vector<double> middle(2 * n);
+        for (size_t i = 0; i + 1 < n; ++i) {
+            const std::vector<double> &v = polyhedral ? p : g;
+            middle[2 * i] = 0.5 * (v[2 * i] + v[2 * i + 2]);
+            middle[2 * i + 1] = 0.5 * (v[2 * i + 1] + v[2 * i + 3]);
+        }
+        if (!polyhedral) forward(pcs.get(), middle);
         std::vector<double> out;
         for (size_t i = 0; i + 1 < n; ++i) {
             const double dx = p[2 * i + 2] - p[2 * i], dy = p[2 * i + 3] - p[2 * i + 1], len = std::hypot(dx, dy);
-            if (len < 1e-6 * size) continue;
-            out.push_back(0.5 * (p[2 * i] + p[2 * i + 2]) + step * dy / len);
-            out.push_back(0.5 * (p[2 * i + 1] + p[2 * i + 3]) - step * dx / len);
+            if (len < 1e-6 * size || !std::isfinite(middle[2 * i])) continue;
+            out.push_back(middle[2 * i] + step * dy / len);
+            out.push_back(middle[2 * i + 1] - step * dx / len);
         }
         std::vector<double> back = out;
         inverse(pcs.get(), back);

@@ -55,9 +55,10 @@
 #include "ox.h"
 #include "object/ox_object.h"
 #include "object/ox_utils.h"
+#include "projection/ox_geodesic.h"
 #include "projection/ox_math.h"
 
-namespace ox {
+namespace ox::geodesic {
 
 namespace {
 
@@ -143,11 +144,7 @@ constexpr double kC3[5][5][3] = {
 };
 
 constexpr int kTerms = kOrder;       // terms of the I1, I2 and reverted series
-constexpr int kTerms3 = kOrder - 1;  // terms of the I3 series
-
-// The largest e2 accepted (flattening about 1/50): beyond, the truncation of
-// the series would show at the micrometre level on an Earth-sized body.
-constexpr double kMaxE2 = 0.04;
+static_assert(kTerms3 == kOrder - 1, "terms of the I3 series");
 
 // Numerical constants of the iteration (Karney 2013, section 4 and the
 // tolerances of its reference implementation's description).
@@ -160,20 +157,14 @@ constexpr double kAstroidThreshold = 1000.0 * kTol2;
 constexpr int kMaxNewton = 20;
 constexpr int kMaxIterations = kMaxNewton + DBL_MANT_DIG + 10;
 
-// The ellipsoid and the coefficients of I3 for its third flattening.
-struct Ellipsoid {
-    double a, b, f, f1, e2, ep2, n;
-    double etol2;  // below this ssig12 a short line is solved outright (eq. 51)
-    double a3x[kTerms3 + 1];      // A3 = sum_p a3x[p] eps^p
-    double c3x[kTerms3][kTerms3];  // C3_l = sum_p c3x[l-1][p-1] eps^p
-};
-
 // max and min of values that are not NaN (without the library calls that
 // std::fmax and std::fmin compile to).
 inline double larger(double x, double y) { return x > y ? x : y; }
 inline double smaller(double x, double y) { return x < y ? x : y; }
 
 inline double poly2(const double (&c)[3], double x) { return c[0] + x * (c[1] + x * c[2]); }
+
+}  // namespace
 
 // The constants of the ellipsoid (a, e2), 0 <= e2 <= kMaxE2.
 void make_ellipsoid(double a, double e2, Ellipsoid &el) {
@@ -189,6 +180,8 @@ void make_ellipsoid(double a, double e2, Ellipsoid &el) {
     for (int l = 0; l < kTerms3; ++l)
         for (int p = 0; p < kTerms3; ++p) el.c3x[l][p] = poly2(kC3[l][p], el.n);
 }
+
+namespace {
 
 inline void normalize(double &s, double &c) {
     const double r = std::sqrt(s * s + c * c);
@@ -453,6 +446,8 @@ double lambda12(const Ellipsoid &el, const Points &p, double salp1, double calp1
     return eta + domg12;
 }
 
+}  // namespace
+
 // The inverse problem on the ellipsoid: distance and the azimuths (sin, cos)
 // at both ends, forward at point 2.
 void inverse(const Ellipsoid &el, double lon1, double lat1, double lon2, double lat2, double &s12, double &salp1,
@@ -652,6 +647,8 @@ void direct(const Ellipsoid &el, double lon1, double lat1, double azi1, double s
     lat2 = std::atan2(sbet2, el.f1 * cbet2);
 }
 
+namespace {
+
 // The azimuth at point 2 back towards point 1, in (-pi, pi], from the
 // forward azimuth there.
 inline double back_azimuth(double forward) { return forward > 0.0 ? forward - kPi : forward + kPi; }
@@ -704,9 +701,10 @@ inline void set_if(double *out, double value) {
 
 }  // namespace
 
-}  // namespace ox
+}  // namespace ox::geodesic
 
 using namespace ox;
+using namespace ox::geodesic;
 
 extern "C" OX_API int32_t ox_geodesic_distance(double a, double e2, double lon1, double lat1, double lon2, double lat2,
                                               double *distance, double *azimuth12, double *azimuth21) {

@@ -38,17 +38,150 @@ double horizon_center(const double parameters[OX_PARAMETER_SLOTS], double Parame
 }
 
 int32_t horizon_band(double lon0, double half_width, double half_height, int32_t max_vertices, double *vertices) {
+    return horizon_box(lon0, half_width, -half_height, half_height, max_vertices, vertices);
+}
+
+int32_t horizon_box(double lon0, double half_width, double south, double north, int32_t max_vertices,
+                    double *vertices) {
     if (half_width > kPi - kAntimeridianInset) half_width = kPi - kAntimeridianInset;
     const double w = lon0 - half_width, e = lon0 + half_width;
-    const double corners[8] = {w, -half_height, e, -half_height, e, half_height, w, half_height};
+    const double corners[8] = {w, south, e, south, e, north, w, north};
     HorizonWriter out(max_vertices, vertices);
     out.polygon(corners, 4);
+    return out.count();
+}
+
+namespace {
+
+constexpr int32_t kCircleVertices = 4 * kHorizonSegments;
+constexpr double kEdge = kPi - kAntimeridianInset;  // the band's meridians about the centre
+
+// The circle of angular radius r about a point of latitude lat_c (sines
+// and cosines): the point at azimuth alpha, its longitude relative to the
+// centre's in [-pi, pi].
+struct Circle {
+    double s0, c0, sr, cr;
+    Circle(double lat_c, double r) : s0(std::sin(lat_c)), c0(std::cos(lat_c)), sr(std::sin(r)), cr(std::cos(r)) {}
+    void point(double alpha, double &dlon, double &lat) const {
+        const double sin_lat = s0 * cr + c0 * sr * std::cos(alpha);
+        dlon = std::atan2(std::sin(alpha) * sr * c0, cr - s0 * sin_lat);
+        lat = std::asin(sin_lat > 1.0 ? 1.0 : (sin_lat < -1.0 ? -1.0 : sin_lat));
+    }
+    // count points from azimuth a0 towards a1 (a1 excluded), about lon.
+    void arc(HorizonWriter &out, double lon, double a0, double a1, int32_t count) const {
+        for (int32_t i = 0; i < count; ++i) {
+            double dlon, lat;
+            point(a0 + (a1 - a0) * i / count, dlon, lat);
+            out.put(lon + dlon, lat);
+        }
+    }
+};
+
+void edge(HorizonWriter &out, double lon0, double lat0, double lon1, double lat1) {
+    for (int32_t i = 0; i < kHorizonSegments; ++i) {
+        const double t = static_cast<double>(i) / kHorizonSegments;
+        out.put(lon0 + (lon1 - lon0) * t, lat0 + (lat1 - lat0) * t);
+    }
+}
+
+}  // namespace
+
+int32_t horizon_circle(double lon_c, double lat_c, double radius, int32_t max_vertices, double *vertices,
+                       double reach) {
+    HorizonWriter out(max_vertices, vertices);
+    if (!(reach < kEdge)) reach = kEdge;
+    const double w = lon_c - reach, e = lon_c + reach;
+    if (radius <= kHalfPi) {
+        const Circle circle(lat_c, radius);
+        if (std::fabs(lat_c) + radius < kHalfPi) {
+            // A circle: decreasing azimuths run counter-clockwise.
+            circle.arc(out, lon_c, 0.0, -kTwoPi, kCircleVertices);
+            double dlon, lat;
+            circle.point(0.0, dlon, lat);
+            out.put(lon_c + dlon, lat);
+            return out.count();
+        }
+        // About a pole: its edge from the meridian opposite the centre round
+        // to it again (from azimuth 0 about the north pole, decreasing, which
+        // runs east; from pi about the south pole, decreasing, which runs
+        // west), closed along the pole.
+        const bool north = lat_c > 0.0;
+        double dlon, far;
+        circle.point(north ? 0.0 : kPi, dlon, far);
+        const double first = north ? w : e, last = north ? e : w;
+        const double base = north ? 0.0 : kPi;
+        if (!north) {
+            out.put(w, -kHalfPi);
+            out.put(e, -kHalfPi);
+        }
+        out.put(first, far);
+        for (int32_t i = 1; i < kCircleVertices; ++i) {
+            double d, lat;
+            circle.point(base - kTwoPi * i / kCircleVertices, d, lat);
+            // (within reach: the edge's latitude rises towards the opposite
+            // meridian, so a point moved onto the last meridian is inside)
+            out.put(lon_c + (d > reach ? reach : (d < -reach ? -reach : d)), lat);
+        }
+        out.put(last, far);
+        if (north) {
+            out.put(e, kHalfPi);
+            out.put(w, kHalfPi);
+            out.put(w, far);
+        } else {
+            out.put(w, -kHalfPi);
+        }
+        return out.count();
+    }
+    // All but the small cap of radius rho about the antipode (lon_c + pi,
+    // -lat_c).
+    const double rho = kPi - radius, lat_a = -lat_c;
+    if (std::fabs(lat_a) + rho >= kHalfPi) {
+        // The small cap holds a pole (the centre within rho of the other):
+        // the band short of the small cap's farthest parallel.
+        return lat_a < 0.0 ? horizon_box(lon_c, kPi, lat_a + rho, kHalfPi, max_vertices, vertices)
+                           : horizon_box(lon_c, kPi, -kHalfPi, lat_a - rho, max_vertices, vertices);
+    }
+    // The band with the small cap cut out of its east and west meridians:
+    // from the south-west corner east, up the east meridian round the west
+    // half of the small cap, west along the north pole, down the west
+    // meridian round its east half.
+    const Circle small(lat_a, rho);
+    edge(out, w, -kHalfPi, e, -kHalfPi);
+    edge(out, e, -kHalfPi, e, lat_a - rho);
+    small.arc(out, e, kPi, kTwoPi, 2 * kHorizonSegments);  // south, west, north
+    edge(out, e, lat_a + rho, e, kHalfPi);
+    edge(out, e, kHalfPi, w, kHalfPi);
+    edge(out, w, kHalfPi, w, lat_a + rho);
+    small.arc(out, w, 0.0, kPi, 2 * kHorizonSegments);  // north, east, south
+    edge(out, w, lat_a - rho, w, -kHalfPi);
+    out.put(w, -kHalfPi);
     return out.count();
 }
 
 OX_HORIZON_ROUTINE(horizon_world) {
     (void)spheroid;
     return horizon_band(horizon_center(parameters), kPi, kHalfPi, max_vertices, vertices);
+}
+
+// A cap's radius a little inside the hemisphere (6 m on the Earth), so that
+// every vertex is on the visible side and its projection inside the
+// outline after rounding (the orthographic's radius is a cos of the margin).
+constexpr double kHemisphere = kHalfPi - 1e-6;
+
+OX_HORIZON_ROUTINE(horizon_hemisphere) {
+    (void)spheroid;
+    return horizon_circle(horizon_center(parameters, &ParameterValues::longitude_of_center),
+                          horizon_center(parameters, &ParameterValues::latitude_of_center), kHemisphere, max_vertices,
+                          vertices);
+}
+
+// The hemisphere about the origin, a degree short of the meridian opposite
+// it where the hemisphere holds a pole: the double stereographic's
+// conformal sphere turns longitudes by n (up to 0.6 degrees on the Earth).
+OX_HORIZON_ROUTINE(horizon_stereographic) {
+    (void)spheroid;
+    return horizon_circle(horizon_center(parameters), horizon_center(parameters, &ParameterValues::latitude_of_origin),
+                          kHemisphere, max_vertices, vertices, kPi - kDegree);
 }
 
 }  // namespace ox

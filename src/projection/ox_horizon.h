@@ -62,8 +62,30 @@ double horizon_center(const double parameters[OX_PARAMETER_SLOTS],
 // antimeridian, so that they project to the two sides of a map.
 inline constexpr double kAntimeridianInset = 1e-12;
 int32_t horizon_band(double lon0, double half_width, double half_height, int32_t max_vertices, double *vertices);
+// The same for the band [lon0 - half_width, lon0 + half_width] x [south,
+// north].
+int32_t horizon_box(double lon0, double half_width, double south, double north, int32_t max_vertices,
+                    double *vertices);
+// Writes the boundary of the spherical cap of angular radius `radius` (0 <
+// radius < pi, radians) about (lon_c, lat_c), longitudes within pi of
+// lon_c, counter-clockwise: a circle; for a cap about a pole, its edge from
+// lon_c - pi to lon_c + pi closed along the pole; for a cap larger than a
+// hemisphere (all but a small cap about the antipode), the band of the
+// globe with that small cap cut out of its two edge meridians, or closed
+// along the pole it leaves out.  Returns the count of the whole boundary,
+// writing at most `max_vertices` (null: none).
+// A cap about a pole keeps its longitudes within `reach` of lon_c.
+int32_t horizon_circle(double lon_c, double lat_c, double radius, int32_t max_vertices, double *vertices,
+                       double reach = kPi);
 
 // The whole globe about the central meridian.
 OX_HORIZON_ROUTINE(horizon_world);
+// The visible hemisphere about (Longitude_Of_Center, Latitude_Of_Center), a
+// hair inside its edge ("Orthographic", "Local").
+OX_HORIZON_ROUTINE(horizon_hemisphere);
+// The hemisphere about (Central_Meridian, Latitude_Of_Origin), the
+// customary extent of a stereographic map ("Stereographic",
+// "Double_Stereographic").
+OX_HORIZON_ROUTINE(horizon_stereographic);
 
 }  // namespace ox

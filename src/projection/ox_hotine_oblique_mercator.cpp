@@ -21,7 +21,7 @@
 //     gamma_0 = asin(sin alpha_c / D),  G = (F - 1/F) / 2,
 //     lambda_0 = lambda_c - asin(G tan gamma_0) / B,
 //     u_c = (A/B) atan(sqrt(D^2 - 1) / cos alpha_c) sign(phi_c),
-// psi the isometric latitude (ox_isometric.h: t = exp(-psi) in the Guidance
+// psi the isometric latitude (ox_projshared.h: t = exp(-psi) in the Guidance
 // Note).  A point goes to the aposphere's oblique frame by
 //     w = B psi + ln H,  S = sinh w,  T = cosh w,  V = sin B(lambda - lambda_0),
 //     U T = S sin gamma_0 - V cos gamma_0,
@@ -66,7 +66,7 @@
 #include <cmath>
 
 #include "projection/ox_horizon.h"
-#include "projection/ox_isometric.h"
+#include "projection/ox_projshared.h"
 #include "projection/ox_projdef.h"
 
 namespace ox {

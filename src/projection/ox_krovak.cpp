@@ -11,7 +11,7 @@
 //     A = a sqrt(1 - e2) / (1 - e2 sin^2 phi_c),
 //     gamma_0 = asin(sin phi_c / B),  t_0 = exp(atanh sin gamma_0 - B psi_c),
 //     n = sin phi_p,  r_0 = k_p A / tan phi_p;
-// a point (phi, lambda) with isometric latitude psi (ox_isometric.h) goes to
+// a point (phi, lambda) with isometric latitude psi (ox_projshared.h) goes to
 //     U = gd(B psi + ln t_0),  V = B (lambda_O - lambda),
 //     sin T = cos alpha_c sin U + sin alpha_c cos U cos V,
 //     D = atan2(cos U sin V, cos alpha_c cos U cos V - sin alpha_c sin U),
@@ -43,7 +43,7 @@
 #include <cmath>
 
 #include "projection/ox_horizon.h"
-#include "projection/ox_isometric.h"
+#include "projection/ox_projshared.h"
 #include "projection/ox_projdef.h"
 
 namespace ox {

@@ -23,7 +23,7 @@ namespace ox {
     X(GaussKruger)                                                                      \
     X(TransverseMercator)                                                               \
     X(TransverseMercatorComplex)                                                        \
-    PENDING(43007, "Albers", kTwoParallels)                                             \
+    X(Albers)                                                                           \
     PENDING(43008, "Sinusoidal", kFalseOriginAndMeridian)                               \
     PENDING(43009, "Mollweide", kFalseOriginAndMeridian)                                \
     PENDING(43010, "Eckert_VI", kFalseOriginAndMeridian)                                \
@@ -36,44 +36,44 @@ namespace ox {
     X(Behrmann)                                                                         \
     PENDING(43018, "Winkel_I", kStandardParallel)                                       \
     PENDING(43019, "Winkel_II", kStandardParallel)                                      \
-    PENDING(43020, "Lambert_Conformal_Conic", kLambert)                                 \
-    PENDING(43021, "Polyconic", kOrigin)                                                \
+    X(LambertConformalConic)                                                            \
+    X(Polyconic)                                                                        \
     PENDING(43022, "Quartic_Authalic", kFalseOriginAndMeridian)                         \
     PENDING(43023, "Loximuthal", kCentralParallel)                                      \
-    PENDING(43024, "Bonne", kStandardParallel)                                          \
+    X(Bonne)                                                                            \
     X(HotineAzimuthNaturalOrigin)                                                       \
     X(HotineAzimuthCenter)                                                              \
     X(HotineTwoPointNaturalOrigin)                                                      \
     X(HotineTwoPointCenter)                                                             \
-    PENDING(43026, "Stereographic", kScaleAndOrigin)                                    \
-    PENDING(43050, "Stereographic_North_Pole", kStandardParallel)                       \
-    PENDING(43051, "Stereographic_South_Pole", kStandardParallel)                       \
-    PENDING(43027, "Equidistant_Conic", kTwoParallels)                                  \
-    PENDING(43028, "Cassini", kScaleAndOrigin)                                          \
+    X(Stereographic)                                                                    \
+    X(StereographicNorthPole)                                                           \
+    X(StereographicSouthPole)                                                           \
+    X(EquidistantConic)                                                                 \
+    X(Cassini)                                                                          \
     PENDING(43029, "Van_der_Grinten_I", kFalseOriginAndMeridian)                        \
     PENDING(43030, "Robinson", kFalseOriginAndMeridian)                                 \
     PENDING(43057, "Robinson_Legacy", kFalseOriginAndMeridian)                          \
-    PENDING(43031, "Two_Point_Equidistant", kTwoPoint)                                  \
-    PENDING(43032, "Azimuthal_Equidistant", kOrigin)                                    \
-    PENDING(43033, "Lambert_Azimuthal_Equal_Area", kOrigin)                             \
+    X(TwoPointEquidistant)                                                              \
+    X(AzimuthalEquidistant)                                                             \
+    X(LambertAzimuthalEqualArea)                                                        \
     X(CylindricalEqualArea)                                                             \
-    PENDING(43038, "Double_Stereographic", kScaleAndOrigin)                             \
+    X(DoubleStereographic)                                                              \
     X(Krovak)                                                                           \
     X(NewZealandMapGrid)                                                                \
-    PENDING(43041, "Orthographic", kCenter)                                             \
+    X(Orthographic)                                                                     \
     PENDING(43042, "Winkel_Tripel", kStandardParallel)                                  \
     PENDING(43043, "Aitoff", kFalseOriginAndMeridian)                                   \
     PENDING(43044, "Hammer_Aitoff", kFalseOriginAndMeridian)                            \
     PENDING(43045, "Flat_Polar_Quartic", kFalseOriginAndMeridian)                       \
     PENDING(43046, "Craster_Parabolic", kFalseOriginAndMeridian)                        \
-    PENDING(43047, "Gnomonic", kCenter)                                                 \
+    X(Gnomonic)                                                                         \
     PENDING(43048, "Times", kFalseOriginAndMeridian)                                    \
-    PENDING(43049, "Vertical_Near_Side_Perspective", kPerspective)                      \
+    X(VerticalPerspective)                                                              \
     X(FullerProjection)                                                                 \
     X(RectifiedSkewNaturalOrigin)                                                       \
     X(RectifiedSkewCenter)                                                              \
     X(CubeProjection)                                                                   \
-    PENDING(43058, "Local", kAzimuthCenter)                                             \
+    X(Local)                                                                            \
     PENDING(43059, "Goode_Homolosine", kMeridianAndOption)
 
 namespace {

@@ -33,7 +33,7 @@ PRJ = {
     'Hotine_Oblique_Mercator_Azimuth_Natural_Origin': 43036,
     'Hotine_Oblique_Mercator_Azimuth_Center': 43037, 'Stereographic': 43026,
     'Stereographic_North_Pole': 43050, 'Stereographic_South_Pole': 43051, 'Cassini': 43028,
-    'Lambert_Azimuthal_Equal_Area': 43033, 'Cylindrical_Equal_Area': 43034,
+    'Lambert_Azimuthal_Equal_Area': 43033, 'Azimuthal_Equidistant': 43032, 'Cylindrical_Equal_Area': 43034,
     'Double_Stereographic': 43038, 'Krovak': 43039, 'New_Zealand_Map_Grid': 43040,
     'Rectified_Skew_Orthomorphic_Natural_Origin': 43053, 'Rectified_Skew_Orthomorphic_Center': 43054,
 }
@@ -481,6 +481,12 @@ class Catalogue:
         if method == 9820:
             return PRJ['Lambert_Azimuthal_Equal_Area'], fe_fn + [('Central_Meridian', p[8802]),
                                                                  ('Latitude_Of_Origin', p[8801])]
+        if method == 9832:
+            # Modified Azimuthal Equidistant: Clarke's series for the geodesic
+            # distance and azimuth from the origin; within 0.9 mm of the
+            # ellipsoidal azimuthal equidistant over the islands it serves.
+            return PRJ['Azimuthal_Equidistant'], fe_fn + [('Central_Meridian', p[8802]),
+                                                           ('Latitude_Of_Origin', p[8801])]
         if method == 9818:
             return PRJ['Polyconic'], fe_fn + [('Central_Meridian', p[8802]), ('Latitude_Of_Origin', p[8801])]
         if method == 9819:
