@@ -186,18 +186,14 @@ int tokenize_object_string(Tokens *w, const char *text, const char *keyword) {
 // ---------------------------------------------------------------------------
 // Numbers
 // ---------------------------------------------------------------------------
-namespace {
-
-char g_decimal_point = '\0';
-
-}  // namespace
-
+// Consulted once, by whichever thread asks first (the initialisation of a
+// local static is thread-safe).
 char locale_decimal_point() {
-    if (g_decimal_point == '\0') {
+    static const char point = [] {
         const struct lconv *lc = std::localeconv();
-        g_decimal_point = (lc && lc->decimal_point && lc->decimal_point[0]) ? lc->decimal_point[0] : '.';
-    }
-    return g_decimal_point;
+        return (lc && lc->decimal_point && lc->decimal_point[0]) ? lc->decimal_point[0] : '.';
+    }();
+    return point;
 }
 
 namespace {
