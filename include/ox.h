@@ -155,6 +155,18 @@ OX_API const char *ox_version(void);
 /** Copies the version text into `buffer` (at least 64 characters); null buffer: nothing. */
 OX_API void ox_version_string(char *buffer);
 
+/**
+ * Checks the syntax of an object string as every reader tokenizes it (from
+ * `keyword` when given and found in the text): 0 when the text can be read
+ * into tokens, else the tokenizer's code: -1 more than 256 tokens, -3 no
+ * text, -4 more than 1023 characters besides white space, -5 a character out
+ * of place, -6 unbalanced quotes or brackets.  `position` (may be null)
+ * receives the offset in `text` where reading stopped (codes -3 to -6), else
+ * -1.  A text that passes may still make no object: a part missing, a name
+ * unknown or a value out of range.
+ */
+OX_API int32_t ox_objstring_check(const char *text, const char *keyword, int32_t *position);
+
 /* ------------------------------------------------------------------------ */
 /* The uniform operation set                                                */
 /*                                                                          */

@@ -39,12 +39,17 @@ inline CharClass class_of(const char *p) { return kChars.cls[static_cast<unsigne
 // Stage 1: copies the text into the work area without white space outside
 // quotes, with '(' and ')' turned into brackets, checking the punctuation.
 // No more than 1023 characters are written: a further character, even one
-// that would be dropped, fails the text.
-int normalise(Tokens *w, const char *p) {
+// that would be dropped, fails the text.  On failure `at` is where in the
+// text reading stopped.
+int normalise(Tokens *w, const char *p, const char **at) {
+    const auto fail = [at](int code, const char *where) {
+        *at = where;
+        return code;
+    };
     while (is_space(static_cast<unsigned char>(*p))) ++p;
-    if (*p == '\0') return kTokNoText;
+    if (*p == '\0') return fail(kTokNoText, p);
     const auto first = static_cast<unsigned char>(*p);
-    if (!is_alpha(first) && !is_digit(first)) return kTokBadCharacter;
+    if (!is_alpha(first) && !is_digit(first)) return fail(kTokBadCharacter, p);
 
     char *out = w->text;
     int n = 0;
@@ -56,17 +61,17 @@ int normalise(Tokens *w, const char *p) {
     for (;;) {
         if (run != nullptr) {
             const int len = static_cast<int>(p - run);
-            if (len > kMaxObjstringText - n) return kTokTooLong;
+            if (len > kMaxObjstringText - n) return fail(kTokTooLong, run + (kMaxObjstringText - n));
             std::memcpy(out + n, run, static_cast<size_t>(len));
             n += len;
             run = nullptr;
         }
         const CharClass c = class_of(p);
         if (c == kEnd) break;
-        if (n >= kMaxObjstringText) return kTokTooLong;
+        if (n >= kMaxObjstringText) return fail(kTokTooLong, p);
         switch (c) {
             case kOrdinary:
-                if (after_bracket) return kTokBadCharacter;
+                if (after_bracket) return fail(kTokBadCharacter, p);
                 run = p++;
                 while (class_of(p) == kOrdinary) ++p;
                 continue;
@@ -77,7 +82,7 @@ int normalise(Tokens *w, const char *p) {
                 ++p;
                 continue;
             case kOpen:
-                if (after_bracket) return kTokBadCharacter;
+                if (after_bracket) return fail(kTokBadCharacter, p);
                 out[n++] = '[';
                 ++depth;
                 ++p;
@@ -90,7 +95,7 @@ int normalise(Tokens *w, const char *p) {
                 if (--depth == 0) break;  // the outermost object is complete
                 continue;
             case kQuote: {
-                if (after_bracket) return kTokBadCharacter;
+                if (after_bracket) return fail(kTokBadCharacter, p);
                 out[n++] = '"';
                 ++p;
                 while (is_space(static_cast<unsigned char>(*p))) ++p;  // blanks after the opening quote
@@ -99,9 +104,9 @@ int normalise(Tokens *w, const char *p) {
                     const char q = *p;
                     if (q == '\0') {
                         out[n] = '\0';
-                        return kTokUnbalanced;
+                        return fail(kTokUnbalanced, p);
                     }
-                    if (n >= kMaxObjstringText) return kTokTooLong;
+                    if (n >= kMaxObjstringText) return fail(kTokTooLong, p);
                     if (q == '"') break;
                     out[n++] = is_space(static_cast<unsigned char>(q)) ? ' ' : q;
                     ++p;
@@ -110,7 +115,7 @@ int normalise(Tokens *w, const char *p) {
                 out[n++] = '"';
                 ++p;
                 while (is_space(static_cast<unsigned char>(*p))) ++p;
-                if (*p != ',' && *p != ']' && *p != ')') return kTokBadCharacter;
+                if (*p != ',' && *p != ']' && *p != ')') return fail(kTokBadCharacter, p);
                 after_bracket = false;
                 continue;
             }
@@ -119,7 +124,7 @@ int normalise(Tokens *w, const char *p) {
         break;
     }
     out[n] = '\0';
-    if (depth != 0) return kTokUnbalanced;
+    if (depth != 0) return fail(kTokUnbalanced, p);
     return kTokOk;
 }
 
@@ -170,7 +175,9 @@ int split(Tokens *w) {
 
 }  // namespace
 
-int tokenize_object_string(Tokens *w, const char *text, const char *keyword) {
+int tokenize_object_string(Tokens *w, const char *text, const char *keyword, const char **stop) {
+    const char *at = nullptr;
+    if (stop != nullptr) *stop = nullptr;
     if (w == nullptr) return kTokNoWorkArea;
     w->count = 0;
     if (text == nullptr) return kTokNoText;
@@ -179,8 +186,11 @@ int tokenize_object_string(Tokens *w, const char *text, const char *keyword) {
         const char *found = name_search(text, keyword);
         if (found != nullptr) start = found;
     }
-    const int rc = normalise(w, start);
-    if (rc != kTokOk) return rc;
+    const int rc = normalise(w, start, &at);
+    if (rc != kTokOk) {
+        if (stop != nullptr) *stop = at;
+        return rc;
+    }
     return split(w);
 }
 
@@ -331,6 +341,22 @@ bool read_number(const char *token, double *value) {
     *value = v;
     return std::isfinite(v);
 }
+
+}  // namespace ox
+
+extern "C" OX_API int32_t ox_objstring_check(const char *text, const char *keyword, int32_t *position) {
+    if (position != nullptr) *position = -1;
+    ox::Tokens w;
+    const char *stop = nullptr;
+    const int rc = ox::tokenize_object_string(&w, text, keyword, &stop);
+    if (stop != nullptr && position != nullptr) {
+        const ptrdiff_t offset = stop - text;
+        *position = offset < INT32_MAX ? static_cast<int32_t>(offset) : INT32_MAX;
+    }
+    return rc;
+}
+
+namespace ox {
 
 // ---------------------------------------------------------------------------
 // Bounded text output

@@ -33,8 +33,10 @@ struct Tokens {
 };
 
 // Normalises `text` (starting at `keyword` when found) and splits it into
-// tokens with their depths.  Returns 0 or a negative TokenizeResult.
-int tokenize_object_string(Tokens *work, const char *text, const char *keyword);
+// tokens with their depths.  Returns 0 or a negative TokenizeResult; for a
+// failure of the first stage (codes -3 to -6), `stop` (when given) receives
+// where in `text` reading stopped, else null.
+int tokenize_object_string(Tokens *work, const char *text, const char *keyword, const char **stop = nullptr);
 
 // Writes `value` with `digits` significant digits (always 16 in object
 // strings) and the "00"/"99" rule; '.' is always the decimal point.  `out`

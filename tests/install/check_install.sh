@@ -2,7 +2,7 @@
 # Installs the build tree into a scratch prefix, then builds and runs a
 # consumer against the shared and the static library, from C and from C++,
 # through the CMake package and through pkg-config (static: fully static
-# executables), and checks the installed tool.
+# executables), and checks the installed tool and its manual page.
 set -eu
 build=$1
 source_dir=$(cd "$(dirname "$0")" && pwd)
@@ -50,5 +50,11 @@ if command -v pkg-config > /dev/null; then
 fi
 
 test -x "$prefix/bin/ox" || { echo "FAIL: the tool is not installed" >&2; exit 1; }
-run "installed tool" "$prefix/bin/ox" version
+run "installed tool" "$prefix/bin/ox" --version
+grep -q "Tessaline" "$scratch/out" || { echo "FAIL: ox --version" >&2; exit 1; }
+manual=$prefix/share/man/man1/ox.1
+test -f "$manual" || { echo "FAIL: no manual page at $manual" >&2; exit 1; }
+if command -v man > /dev/null; then
+    MANWIDTH=80 man -l "$manual" 2> /dev/null | grep -q "EXIT STATUS" || { echo "FAIL: ox.1 does not render" >&2; exit 1; }
+fi
 echo "install: every consumer built and ran"

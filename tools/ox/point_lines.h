@@ -1,0 +1,81 @@
+// Streaming, line-based reading of points for the subcommands that convert
+// coordinates (project and unproject; every subcommand that converts points
+// line by line is meant to use it, so that all of them read input, report
+// errors and exit alike).
+//
+// Input and output
+//   The input is a file or standard input ("-" or none), read in bounded
+//   memory whatever its size; the output is a file or standard output.
+//   Every input line gives exactly one output line, in order.
+//
+// Lines
+//   - A point line starts with `values_per_point` numbers (2: x y; 3 for
+//     x y h, 4 for two points, ...), separated by blanks or tabs.  Whatever
+//     follows them (the separator and any further columns: a height, an
+//     identifier) is copied unchanged after the converted values, so that
+//     "x y z" files keep their third column.
+//   - Numbers are strict: an optional sign, digits with an optional decimal
+//     point, an optional exponent ("-12.5", "1e-3", ".5"), and nothing else:
+//     no hexadecimal, no "nan" or "inf", no junk glued to the number.
+//   - A blank line, or one whose first non-blank character is '#', is copied
+//     unchanged.
+//   - Any other line (too few numbers, a word, a NUL byte, a number out of
+//     range, a line longer than kMaxLine) is reported on standard error with
+//     its line number and copied unchanged; it counts as not converted.
+//   - A point that the conversion rejects is written as `failed_text` (by
+//     default "nan" for each value) followed by the rest of its line, and
+//     reported with its line number and reason.
+//
+// Conversion
+//   Points are collected in batches (up to kBatchPoints points and about
+//   kBatchBytes of text) and handed to `convert` once per batch, which
+//   converts the whole array with one library call.
+//
+// Exit status (run_point_lines's result, the tool's convention)
+//   0  every point line converted;
+//   1  some line or point not converted (each reported on standard error);
+//   2  the input could not be opened or read, or the output not written.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <functional>
+
+namespace oxtool {
+
+inline constexpr size_t kMaxLine = 1 << 16;       // longer lines are reported and copied through
+inline constexpr int32_t kBatchPoints = 4096;     // points per conversion call
+inline constexpr size_t kBatchBytes = 1 << 20;    // text held per batch
+
+// One batch of points handed to the conversion.
+struct PointBatch {
+    double *values;        // `n` points of `values_per_point` numbers each, converted in place
+    int32_t n;
+    const char **failure;  // failure[i]: why point i was not converted (a constant text), or null; null on entry
+};
+
+struct PointJob {
+    const char *command;       // the subcommand, for messages ("ox project: line 3: ...")
+    int values_per_point = 2;  // 1 to 8
+    // Converts a batch in place and sets the failure of every point it
+    // could not convert.
+    std::function<void(PointBatch &)> convert;
+    // Writes one converted point (its values, without the rest of the line).
+    std::function<void(std::FILE *, const double *)> write;
+    // Written in place of the values of a point that was not converted; null
+    // gives "nan" for each value.
+    const char *failed_text = nullptr;
+};
+
+// Reads `input` (a path, or null or "-" for standard input), converts its
+// points and writes `output` (a path, or null or "-" for standard output).
+// Returns the exit status above.
+int run_point_lines(const PointJob &job, const char *input, const char *output);
+
+// Reads a strict number (the grammar above) at the start of `text`, which
+// ends at `end`.  On success stores the value and the end of the number
+// (which is followed by a blank, a tab, a carriage return or the end).  On
+// failure returns a constant text saying why.
+const char *parse_number(const char *text, const char *end, double *value, const char **stop);
+
+}  // namespace oxtool
