@@ -302,9 +302,10 @@ bool blank(const char *s) {
 // parameter of the name (a parameter renamed with ox_parameter_name_set
 // keeps the slot of its old name, which its object string does not carry).
 int32_t slot_read_as(const ox_object *parameter) {
-    // The usual case: the parameter bears the list's name of its code.
+    // The usual case: the parameter bears the list's name of its code (the
+    // grid parameter, whose name is "Dataset_" and a grid's, apart).
     if (const ParmRow *r = parmlist_find_by_code(parameter->code))
-        if (name_eq(r->name, parameter->name)) return r->index;
+        if (r->code != kParDataset && name_eq(r->name, parameter->name)) return r->index;
     Parameter read{};
     read.h.type = OX_TAG_PARAMETER;
     read.h.code = -1;
