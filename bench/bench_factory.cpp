@@ -76,6 +76,31 @@ void BM_FactoryCodeUtm(benchmark::State &state) {
 }
 BENCHMARK(BM_FactoryCodeUtm);
 
+// Identification of a system written by other software (names spelled
+// otherwise, a zero parameter left out) among the equivalent systems of the
+// catalogue; the index is built by the first call.
+void BM_FactoryIdentifyForeign(benchmark::State &state) {
+    ox_object *p = ox_projcs_from_string(
+        "PROJCS[\"NAD83 / UTM zone 18N\",GEOGCS[\"NAD83\",DATUM[\"North_American_Datum_1983\","
+        "SPHEROID[\"GRS 1980\",6378137,298.257222101]],PRIMEM[\"Greenwich\",0],UNIT[\"degree\","
+        "0.0174532925199433]],PROJECTION[\"Transverse_Mercator\"],PARAMETER[\"central_meridian\",-75],"
+        "PARAMETER[\"scale_factor\",0.9996],PARAMETER[\"false_easting\",500000],UNIT[\"metre\",1]]");
+    ox_identify_candidate c[16];
+    benchmark::DoNotOptimize(ox_factory_identify(p, c, 16));
+    for (auto _ : state) benchmark::DoNotOptimize(ox_factory_identify(p, c, 16));
+    ox_projcs_del(p);
+}
+BENCHMARK(BM_FactoryIdentifyForeign);
+
+// A geographic system on GRS 1980: some two hundred equivalent systems ranked.
+void BM_FactoryIdentifyGeographic(benchmark::State &state) {
+    ox_object *g = ox_factory_geogcs(7844);
+    ox_identify_candidate c[16];
+    for (auto _ : state) benchmark::DoNotOptimize(ox_factory_identify(g, c, 16));
+    ox_geogcs_del(g);
+}
+BENCHMARK(BM_FactoryIdentifyGeographic);
+
 void BM_PredefinedProjcs(benchmark::State &state) {
     ox_objedithome_setdir(nullptr);
     for (auto _ : state) {

@@ -1,5 +1,6 @@
 // "Transverse_Mercator_Complex" on WGS 84: forward and inverse of 1,000,000
-// points per call, the routines called directly with loaded constants, and
+// points per call, the registry's routines called directly with loaded
+// constants (the routines that take a constants block), and
 // the same through the driver on a UTM-like system read from an object
 // string.
 #include <benchmark/benchmark.h>
@@ -10,12 +11,14 @@
 
 #include "ox.h"
 #include "projection/ox_pcsconstants.h"
-#include "projection/ox_projections.h"
+#include "projection/ox_projlist.h"
 
 namespace {
 
 constexpr double kDeg = 0.017453292519943295;
 constexpr int32_t kPoints = 1000000;
+
+const ox::ProjRow &tmc_row() { return *ox::projlist_find_by_code(43056); }
 
 struct Wgs84Utm {
     double spheroid[2] = {6378137.0, 0.0066943799901413165};
@@ -27,7 +30,7 @@ struct Wgs84Utm {
     explicit Wgs84Utm(double width) {
         parameters[2] = 15 * kDeg;
         parameters[5] = 0.9996;
-        ox::tm_complex_constants(constants, spheroid, parameters);
+        tmc_row().constants(constants, spheroid, parameters);
         std::mt19937_64 rng(1);
         std::uniform_real_distribution<double> lon(15 - width, 15 + width), lat(-84, 84);
         geographic.resize(2 * kPoints);
@@ -36,8 +39,7 @@ struct Wgs84Utm {
             geographic[2 * i + 1] = lat(rng) * kDeg;
         }
         projected = geographic;
-        ox::tm_complex_forward(spheroid, parameters, kPoints, projected.data(), constants->header,
-                               constants->values);
+        tmc_row().forward_units(spheroid, parameters, kPoints, projected.data(), constants, nullptr);
     }
     ~Wgs84Utm() { ox::pcs_delete(constants); }
 };
@@ -49,8 +51,8 @@ void BM_TmComplexForward(benchmark::State &state) {
         state.PauseTiming();
         work = s.geographic;
         state.ResumeTiming();
-        benchmark::DoNotOptimize(ox::tm_complex_forward(s.spheroid, s.parameters, kPoints, work.data(),
-                                                        s.constants->header, s.constants->values));
+        benchmark::DoNotOptimize(
+            tmc_row().forward_units(s.spheroid, s.parameters, kPoints, work.data(), s.constants, nullptr));
         benchmark::ClobberMemory();
     }
     state.SetItemsProcessed(state.iterations() * kPoints);
@@ -63,8 +65,8 @@ void BM_TmComplexInverse(benchmark::State &state) {
         state.PauseTiming();
         work = s.projected;
         state.ResumeTiming();
-        benchmark::DoNotOptimize(ox::tm_complex_inverse(s.spheroid, s.parameters, kPoints, work.data(),
-                                                        s.constants->header, s.constants->values));
+        benchmark::DoNotOptimize(
+            tmc_row().inverse_units(s.spheroid, s.parameters, kPoints, work.data(), s.constants, nullptr));
         benchmark::ClobberMemory();
     }
     state.SetItemsProcessed(state.iterations() * kPoints);

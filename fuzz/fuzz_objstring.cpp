@@ -1,6 +1,6 @@
 // Fuzz target: the object-string readers of coordinate systems,
 // transformations, horizontal-vertical pairs and adjusted systems, with the
-// writer, clone and equality run on whatever they accept.
+// writer, identification, clone and equality run on whatever they accept.
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -15,6 +15,10 @@ void exercise(ox_object *h, ox_object *(*clone)(const ox_object *), int32_t (*eq
     if (h == nullptr) return;
     static char text[OX_OBJSTRING_SIZE];
     write(h, 2, text);
+    ox_identify_candidate candidates[4];
+    const int32_t found = ox_factory_identify(h, candidates, 4);
+    for (int32_t i = 0; i < found && i < 4; ++i)
+        if (candidates[i].code <= 0 || candidates[i].score < OX_IDENTIFY_EQUIVALENT_DATUM) __builtin_trap();
     ox_object *copy = clone(h);
     if (copy != nullptr && eq(h, copy) != 1) __builtin_trap();
     del(copy);

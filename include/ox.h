@@ -104,7 +104,10 @@ typedef struct ox_object ox_object;
  * or northing).  `spheroid` is {a, e2}; `parameters` the 16 slot values in
  * radians and metres; `constants_header`/`constants_values` the system's
  * precomputed constants or null.  Returns the number of points converted;
- * failed points receive the failure NaN.
+ * failed points receive the failure NaN.  The library's own routines, called
+ * through these pointers, compute the constants they need for the call (the
+ * driver hands them the constants a system keeps); each refuses parameters
+ * that describe no map (every point fails, count 0).
  */
 typedef int32_t (*ox_projection_routine)(const double spheroid[2], const double parameters[16],
                                          int32_t n, double *points,
@@ -759,7 +762,12 @@ OX_API void ox_projcs_unload_constants(ox_object *projcs);
 OX_API int32_t ox_geog_to_proj(ox_object *projcs, int32_t n, double *coords);
 /** Unprojects `n` (x, y) pairs in place; returns the count converted (see above for bad handles). */
 OX_API int32_t ox_proj_to_geog(ox_object *projcs, int32_t n, double *coords);
-/** Unprojects with longitudes returned within 180 degrees of `center` (see above for bad handles). */
+/**
+ * Unprojects with longitudes returned within half a turn of `center` (in the
+ * angular unit; ox_delta_center), the centre reduced exactly once per call
+ * whatever its size; a centre that is not finite fails every point (count 0).
+ * See above for bad handles.
+ */
 OX_API int32_t ox_proj_to_geog_center(ox_object *projcs, int32_t n, double *coords, double center);
 
 /* ------------------------------------------------------------------------ */
@@ -1020,6 +1028,17 @@ OX_API int32_t *ox_factory_parameter_codelist(int32_t *count);
 /** Frees a code list. */
 OX_API void ox_factory_codelist_del(int32_t *list);
 
+/* Building by code.  Every kind builder takes the codes of its kind's bands
+ * and, beyond them, the registry's own codes of the systems the classic bands
+ * do not hold: the current EPSG geographic 2D and projected systems, datums,
+ * ellipsoids, units and transformations outside the bands (GDA2020 7844 and
+ * MGA 7855, JGD2011 6668-6687, NAD83(2011) 6318 and 6350-6627, 5070, 5514,
+ * 6933, ...), stamped with authority "EPSG" and the version of the registry
+ * the catalogue was derived from ("10.076").  The bands themselves, the
+ * generic `ox_factory` and `ox_factory_code` keep to the bands, so
+ * `ox_factory(6677)` is still a datum code while `ox_factory_projcs(6677)`
+ * is JGD2011 / Japan Plane Rectangular CS IX; these systems carry no
+ * definition string. */
 /** Builds the object of whatever kind the code's range names, or null. */
 OX_API ox_object *ox_factory(int32_t code);
 OX_API ox_object *ox_factory_unit(int32_t code);
@@ -1037,6 +1056,31 @@ OX_API ox_object *ox_factory_method(int32_t code);
 OX_API ox_object *ox_factory_htmethod(int32_t code);
 /** Catalogue code of an object (looked up once, then stamped on it); 0 when none. */
 OX_API int32_t ox_factory_code(ox_object *object);
+
+/* Scores of identification candidates, best first. */
+#define OX_IDENTIFY_EXACT 100             /* names and parameters equal */
+#define OX_IDENTIFY_PARAMETERS 90         /* parameters and datum name equal, the system named otherwise */
+#define OX_IDENTIFY_EQUIVALENT_DATUM 80   /* parameters equal, on a datum of another name and the same figure */
+
+/** One candidate of an identification: a catalogue code and its score. */
+typedef struct ox_identify_candidate {
+    int32_t code;
+    int32_t score;
+} ox_identify_candidate;
+
+/* Identification of a projected or geographic system by its parameters: the
+ * catalogue systems (the bands and the registry's systems outside them) with
+ * the same projection, every parameter within 1e-9 relative (an omitted
+ * parameter takes the projection's default), the same spheroid, prime
+ * meridian and units, ranked by score and then in catalogue order.  Writes
+ * at most `capacity` candidates and returns how many were found (0 for null,
+ * another kind or no match).  Candidates of one score come in the order of
+ * the words their names share with the object's, then in catalogue order.
+ * The catalogue's index is built once, on the first call (some tens of
+ * milliseconds), and shared by every thread; a query then takes tens of
+ * microseconds. */
+/** The catalogue systems equivalent to a PROJCS or GEOGCS, best first; returns the number found. */
+OX_API int32_t ox_factory_identify(const ox_object *object, ox_identify_candidate *candidates, int32_t capacity);
 
 /** Sets (null or "" clears) the object-edit directory. */
 OX_API void ox_objedithome_setdir(const char *directory);

@@ -10,18 +10,17 @@
 
 #include "object/ox_object.h"
 #include "projection/ox_parmlist.h"
-#include "projection/ox_projections.h"
+#include "projection/ox_projlist.h"
 #include "projection/ox_projlist.h"
 #include "test_util.h"
 
 using namespace oxtest;
 
 TEST(ProjectionRegistry, EveryCodeOnceAndAliases) {
-    int count = 0;
-    const ox::ProjRow *rows = ox::projlist_rows(&count);
-    ASSERT_EQ(count, 59);
+    const auto rows = ox::projlist_rows();
+    ASSERT_EQ(rows.size(), 59u);
     std::set<int> codes;
-    for (int i = 0; i < count; ++i) codes.insert(rows[i].code);
+    for (const ox::ProjRow *row : rows) codes.insert(row->code);
     EXPECT_EQ(codes.size(), 59u);
     EXPECT_EQ(*codes.begin(), 43001);
     EXPECT_EQ(*codes.rbegin(), 43059);
@@ -233,11 +232,9 @@ TEST(ProjectionRegistry, HorizonsOfTheImplementedProjections) {
     parameters[2] = 0.26179938779914941;  // central meridian 15 degrees
     parameters[5] = 0.9996;
     parameters[4] = parameters[3];
-    int count = 0;
-    const ox::ProjRow *rows = ox::projlist_rows(&count);
     int with_projected = 0;
-    for (int r = 0; r < count; ++r) {
-        const ox::ProjRow &row = rows[r];
+    for (const ox::ProjRow *row_pointer : ox::projlist_rows()) {
+        const ox::ProjRow &row = *row_pointer;
         if (row.forward == ox::proj_unavailable) {
             EXPECT_EQ(row.horizon_pcs, nullptr) << row.name;  // comes with the family's routines
             continue;

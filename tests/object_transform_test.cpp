@@ -40,9 +40,7 @@ TEST(Transformation, PartsAndDirection) {
 }
 
 TEST(MethodRegistry, RowsNamesAndDefaults) {
-    int count = 0;
-    ox::methlist_rows(&count);
-    EXPECT_EQ(count, 11);
+    EXPECT_EQ(ox::methlist_rows().size(), 11u);
     // Coordinate frame is the Bursa-Wolf computation under another name.
     EXPECT_EQ(ox::methlist_find_by_code(9607)->forward, ox::methlist_find_by_code(109607)->forward);
     EXPECT_EQ(ox::methlist_find_by_name("coordinate_frame"), nullptr);

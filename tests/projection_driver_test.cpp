@@ -91,10 +91,19 @@ TEST(Driver, CentredInverse) {
     // A centre below the library-wide zero counts as none.
     ASSERT_EQ(inverse(pcs.get(), tiny, 1e-14), 2);
     EXPECT_EQ(tiny[0], c0[0]);
-    // A NaN centre leaves NaN longitudes, nothing worse.
-    EXPECT_EQ(inverse(pcs.get(), bad, kNaN), 2);
-    EXPECT_TRUE(std::isnan(bad[0]));
-    EXPECT_NEAR(bad[1], 10.0, 1e-12);
+    // A centre that is not finite centres nothing: every point fails.
+    for (double centre : {kNaN, kInf, -kInf}) {
+        bad = p;
+        EXPECT_EQ(inverse(pcs.get(), bad, centre), 0);
+        for (double v : bad) EXPECT_TRUE(is_failure(v));
+    }
+    // A far centre is reduced exactly, once: the longitudes lie within half
+    // a turn of it, as for the same centre a whole number of turns nearer.
+    std::vector<double> far = p, near = p;
+    ASSERT_EQ(inverse(pcs.get(), far, 180.0 + 360.0 * 1e6), 2);
+    ASSERT_EQ(inverse(pcs.get(), near, 180.0), 2);
+    EXPECT_NEAR(far[0] - 360.0 * 1e6, near[0], 1e-6);
+    EXPECT_EQ(far[1], near[1]);
 }
 
 TEST(Driver, ConstantsLoadedOnFirstUse) {

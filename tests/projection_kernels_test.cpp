@@ -57,6 +57,86 @@ TEST(FastMath, LogarithmWithinAnUlp) {
     for (double bad : {0.0, -1.0, 1e-310, HUGE_VAL, std::nan("")}) EXPECT_FALSE(ox::FastMath::log_ok(bad)) << bad;
 }
 
+// Arguments spread over [lo, hi]: uniform, and log-uniform in magnitude
+// from 1e-300 (both signs where the range has them), with the ends.
+std::vector<double> spread(double lo, double hi, uint64_t seed) {
+    std::mt19937_64 gen(seed);
+    std::uniform_real_distribution<double> u(lo, hi), e(-300.0, std::log10(std::max(std::fabs(lo), std::fabs(hi))));
+    std::vector<double> xs = {lo, hi, 0.0, -0.0, 1e-300, 5e-324, 1.0, -1.0, 0.5, -0.5};
+    for (int i = 0; i < 300000; ++i) {
+        const double m = std::pow(10.0, e(gen));
+        xs.push_back(i % 2 == 0 ? u(gen) : (i % 4 == 1 ? m : -m));
+    }
+    std::vector<double> inside;
+    for (double x : xs)
+        if (x >= lo && x <= hi) inside.push_back(x);
+    return inside;
+}
+
+// Largest error in ulps of the C library's result.
+template <class F, class G>
+double max_ulps(const std::vector<double> &xs, F fast, G library) {
+    double worst = 0.0;
+    for (double x : xs) {
+        const double a = fast(x), b = library(x);
+        if (a == b) continue;
+        worst = std::max(worst, std::fabs(a - b) / ulp(b));
+    }
+    return worst;
+}
+
+// Each inline kernel against the C library over the whole range its
+// predicate admits, with the largest error stated in ulps.
+TEST(FastMath, KernelsWithinTheirStatedErrors) {
+    using F = ox::FastMath;
+    struct Kernel {
+        const char *name;
+        double lo, hi, bound;
+        double (*fast)(double);
+        double (*library)(double);
+    };
+    const Kernel kernels[] = {
+        {"exp", F::kExpLow, F::kExpHigh, 1.0, [](double x) { return F::exp(x); }, [](double x) { return std::exp(x); }},
+        {"atan", -1e300, 1e300, 1.0, [](double x) { return F::atan(x); }, [](double x) { return std::atan(x); }},
+        {"asin", -1.0, 1.0, 2.0, [](double x) { return F::asin(x); }, [](double x) { return std::asin(x); }},
+        {"log1p", -0.999999, 1e300, 2.0, [](double x) { return F::log1p(x); }, [](double x) { return std::log1p(x); }},
+        {"sinh", -F::kSinhCoshRange, F::kSinhCoshRange, 2.0,
+         [](double x) { double s, c; F::sinh_cosh(x, s, c); return s; }, [](double x) { return std::sinh(x); }},
+        {"cosh", -F::kSinhCoshRange, F::kSinhCoshRange, 2.0,
+         [](double x) { double s, c; F::sinh_cosh(x, s, c); return c; }, [](double x) { return std::cosh(x); }},
+    };
+    uint64_t seed = 21;
+    for (const Kernel &k : kernels) {
+        const std::vector<double> xs = spread(k.lo, k.hi, ++seed);
+        const double worst = max_ulps(xs, k.fast, k.library);
+        EXPECT_LE(worst, k.bound) << k.name;
+    }
+    // atan2 over the four quadrants, where its predicate admits the pair.
+    std::mt19937_64 gen(31);
+    std::uniform_real_distribution<double> e(-150.0, 150.0), sign(-1.0, 1.0);
+    double worst = 0.0;
+    for (int i = 0; i < 300000; ++i) {
+        const double y = std::copysign(std::pow(10.0, e(gen)), sign(gen)), x = std::copysign(std::pow(10.0, e(gen)), sign(gen));
+        if (!F::atan2_ok(y, x)) continue;
+        const double a = F::atan2(y, x), b = std::atan2(y, x);
+        if (a != b) worst = std::max(worst, std::fabs(a - b) / ulp(b));
+    }
+    EXPECT_LE(worst, 2.0) << "atan2";
+    // The predicates refuse what the kernels cannot do.
+    for (double x : {709.5, -708.5, HUGE_VAL, std::nan("")}) EXPECT_FALSE(F::exp_ok(x)) << x;
+    for (double x : {1.0000000000000002, -2.0, std::nan("")}) EXPECT_FALSE(F::asin_ok(x)) << x;
+    for (double x : {-1.0, -2.0, std::nan("")}) EXPECT_FALSE(F::log1p_ok(x)) << x;
+    for (double x : {351.0, std::nan("")}) EXPECT_FALSE(F::sinh_cosh_ok(x)) << x;
+    EXPECT_FALSE(F::atan2_ok(1.0, 0.0));
+    EXPECT_FALSE(F::atan2_ok(1.0, -0.0));
+    EXPECT_FALSE(F::atan2_ok(HUGE_VAL, HUGE_VAL));
+    EXPECT_FALSE(F::atan2_ok(1e-300, 1e300));
+    EXPECT_TRUE(F::atan2_ok(0.0, -1.0));
+    EXPECT_EQ(F::atan2(0.0, -1.0), std::atan2(0.0, -1.0));
+    EXPECT_EQ(F::atan2(-0.0, -1.0), std::atan2(-0.0, -1.0));
+    EXPECT_EQ(F::atan(HUGE_VAL), std::atan(HUGE_VAL));
+}
+
 TEST(FastMath, InlineReductionIsTheLibraryReduction) {
     std::vector<double> ds = {0.0, -0.0, ox::kPi, -ox::kPi, ox::kTwoPi, -ox::kTwoPi, 9.0, -9.0, 3 * ox::kPi, 7.0, -7.0};
     for (double base : {ox::kPi, -ox::kPi, ox::kTwoPi, -ox::kTwoPi})

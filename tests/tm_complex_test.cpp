@@ -17,10 +17,14 @@
 #include <vector>
 
 #include "projection/ox_pcsconstants.h"
-#include "projection/ox_projections.h"
+#include "projection/ox_projlist.h"
 #include "projection_support.h"
 
 namespace {
+
+// The registry row of "Transverse_Mercator_Complex".
+const ox::ProjRow &tmc_row() { return *ox::projlist_find_by_code(43056); }
+
 
 using namespace oxtest;
 
@@ -39,7 +43,7 @@ struct System {
         parameters[5] = k0;
         parameters[6] = lat0_deg * kDeg;
         constants = ox::pcs_new();
-        EXPECT_EQ(ox::tm_complex_constants(constants, spheroid, parameters), 38);
+        EXPECT_EQ(tmc_row().constants(constants, spheroid, parameters), 38);
     }
     ~System() { ox::pcs_delete(constants); }
     System(const System &) = delete;
@@ -48,13 +52,13 @@ struct System {
     // Degrees in, metres out (no false origin), in place; returns the count.
     int32_t forward(std::vector<double> &pts, bool with_constants = true) const {
         for (double &v : pts) v *= kDeg;
-        return ox::tm_complex_forward(spheroid, parameters, static_cast<int32_t>(pts.size() / 2), pts.data(),
+        return tmc_row().forward(spheroid, parameters, static_cast<int32_t>(pts.size() / 2), pts.data(),
                                       with_constants ? constants->header : nullptr,
                                       with_constants ? constants->values : nullptr);
     }
     // Metres in, degrees out, in place; returns the count.
     int32_t inverse(std::vector<double> &pts) const {
-        const int32_t count = ox::tm_complex_inverse(spheroid, parameters, static_cast<int32_t>(pts.size() / 2),
+        const int32_t count = tmc_row().inverse(spheroid, parameters, static_cast<int32_t>(pts.size() / 2),
                                                      pts.data(), constants->header, constants->values);
         for (double &v : pts) v /= kDeg;
         return count;
@@ -292,7 +296,7 @@ TEST(TmComplex, EllipsoidDomainEndsWhereTheSeriesFails) {
     double sph[2] = {6378137, 0.5}, par[16] = {};
     par[5] = 1;
     ox::PcsConstants *c = ox::pcs_new();
-    EXPECT_EQ(ox::tm_complex_constants(c, sph, par), 0);
+    EXPECT_EQ(tmc_row().constants(c, sph, par), 0);
     ox::pcs_delete(c);
 }
 
@@ -369,12 +373,12 @@ TEST(TmComplex, InvalidSystemsConvertNothing) {
     ox::PcsConstants *c = ox::pcs_new();
     auto check_fails = [&](const double *sph, const double *prm) {
         double p[4] = {0.1, 0.2, 0.3, 0.4};
-        EXPECT_EQ(ox::tm_complex_forward(sph, prm, 2, p, nullptr, nullptr), 0);
+        EXPECT_EQ(tmc_row().forward(sph, prm, 2, p, nullptr, nullptr), 0);
         for (double v : p) EXPECT_TRUE(is_failure(v));
         double q[4] = {1000, 2000, 3000, 4000};
-        EXPECT_EQ(ox::tm_complex_inverse(sph, prm, 2, q, nullptr, nullptr), 0);
+        EXPECT_EQ(tmc_row().inverse(sph, prm, 2, q, nullptr, nullptr), 0);
         for (double v : q) EXPECT_TRUE(is_failure(v));
-        EXPECT_EQ(ox::tm_complex_constants(c, sph, prm), 0);
+        EXPECT_EQ(tmc_row().constants(c, sph, prm), 0);
         EXPECT_EQ(c->header, nullptr);
         EXPECT_EQ(c->values, nullptr);
     };
@@ -402,13 +406,13 @@ TEST(TmComplex, InvalidSystemsConvertNothing) {
     }
     ox::pcs_delete(c);
     // null points, empty arrays, null constants object
-    EXPECT_EQ(ox::tm_complex_forward(good_sph, par, 5, nullptr, nullptr, nullptr), 0);
-    EXPECT_EQ(ox::tm_complex_inverse(good_sph, par, 5, nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(tmc_row().forward(good_sph, par, 5, nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(tmc_row().inverse(good_sph, par, 5, nullptr, nullptr, nullptr), 0);
     double p[2] = {0.1, 0.2};
-    EXPECT_EQ(ox::tm_complex_forward(good_sph, par, 0, p, nullptr, nullptr), 0);
-    EXPECT_EQ(ox::tm_complex_forward(good_sph, par, -3, p, nullptr, nullptr), 0);
+    EXPECT_EQ(tmc_row().forward(good_sph, par, 0, p, nullptr, nullptr), 0);
+    EXPECT_EQ(tmc_row().forward(good_sph, par, -3, p, nullptr, nullptr), 0);
     EXPECT_EQ(p[0], 0.1);
-    EXPECT_EQ(ox::tm_complex_constants(nullptr, good_sph, par), 0);
+    EXPECT_EQ(tmc_row().constants(nullptr, good_sph, par), 0);
 }
 
 TEST(TmComplex, ArbitraryBitPatternsGiveFailuresOrValidPoints) {
@@ -452,8 +456,8 @@ TEST(TmComplex, ArbitraryBitPatternsGiveFailuresOrValidPoints) {
             }
             EXPECT_EQ(converted, count);
         };
-        check(p, ox::tm_complex_forward(sph, par, 32, p.data(), nullptr, nullptr), false);
-        check(q, ox::tm_complex_inverse(sph, par, 32, q.data(), nullptr, nullptr), true);
+        check(p, tmc_row().forward(sph, par, 32, p.data(), nullptr, nullptr), false);
+        check(q, tmc_row().inverse(sph, par, 32, q.data(), nullptr, nullptr), true);
     }
 }
 

@@ -114,9 +114,12 @@ extern const Table<PrimemRow> kPrimems;
 extern const Table<SpheroidRow> kSpheroids;
 extern const Table<DatumRow> kDatums;
 extern const Table<GeogcsRow> kGeogcs;
-// Projected groups in the order the projected builder consults them.
+// Projected groups in the order the projected builder consults them: the
+// classic groups, the HARN state plane systems, the Wisconsin county systems,
+// then the registry's systems outside the classic bands; the superseded
+// definitions of the builder's last step apart.
 extern const Table<ProjcsRow> kProjcsMisc, kProjcsZone, kProjcsStatePlane27, kProjcsStatePlane83,
-    kProjcsStatePlane83Feet1, kProjcsStatePlane83Feet2, kProjcsSpecial;
+    kProjcsStatePlane83Feet1, kProjcsStatePlane83Feet2, kProjcsHarn, kProjcsWiscrs, kProjcsEpsg, kProjcsSpecial;
 extern const Table<ZoneFamily> kZoneFamilies;
 extern const Table<ZoneBand> kZoneBands;      // sorted by low
 extern const Table<ZoneMember> kZoneMembers;  // sorted by code

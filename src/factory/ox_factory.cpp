@@ -37,7 +37,7 @@ ox_object *factory_build(const KindBuilder &kind, int32_t code) {
     }
     // 2. Catalogue.
     if (ox_object *h = kind.from_catalogue(code)) {
-        stamp(h, kind.ranges(), code);
+        stamp_catalogue(h, kind.ranges(), code);
         const bool superseded = kind.superseded != nullptr && cat::contains(*kind.superseded, code);
         obj_set_status(h, superseded ? OX_STATUS_SUPERSEDED : OX_STATUS_CATALOGUE);
         return h;
@@ -47,7 +47,7 @@ ox_object *factory_build(const KindBuilder &kind, int32_t code) {
         const int32_t replacement = cat::replacement(*kind.replaced, code);
         if (replacement != 0) {
             if (ox_object *h = kind.from_catalogue(replacement)) {
-                stamp(h, kind.ranges(), replacement);
+                stamp_catalogue(h, kind.ranges(), replacement);
                 obj_set_status(h, OX_STATUS_REPLACED);
                 return h;
             }

@@ -4,6 +4,7 @@
 // definition) that every kind instantiates.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 
 #include "factory/ox_catalogue.h"
@@ -22,6 +23,10 @@ void coderange_authority(const ox_coderange_set *set, int32_t code, const char *
                          const char **version);
 // Sets the object's code and the authority of the band of `set` holding it.
 void stamp(ox_object *object, const ox_coderange_set *set, int32_t code);
+// The stamp of a catalogue object: as `stamp`, except that a registry code
+// outside every band of the kind (a modern system) is stamped "EPSG" with the
+// version of the registry the catalogue was derived from.
+void stamp_catalogue(ox_object *object, const ox_coderange_set *set, int32_t code);
 
 // ---------------------------------------------------------------------------
 // Object-edit home and files.
@@ -99,6 +104,23 @@ ox_object *projcs_from_zone_families(int32_t code);
 // Builds a projected system from its parts; null (parts deleted) on failure.
 ox_object *projcs_assemble(const char *name, int32_t geogcs, int32_t projection, int32_t unit,
                            ox_object *params[OX_PARAMETER_SLOTS]);
+
+// A process-lifetime object (an index of the catalogue) built by the first
+// caller that needs it and then shared by every thread: an atomic pointer and
+// no lock; a thread that loses the race to publish frees its own copy.  Null
+// when building fails (memory exhausted), so that the next caller tries again.
+template <class T, class Build, class Release>
+T *built_once(std::atomic<T *> &slot, Build build, Release release) {
+    T *current = slot.load(std::memory_order_acquire);
+    if (current != nullptr) return current;
+    T *built = build();
+    if (built == nullptr) return nullptr;
+    if (!slot.compare_exchange_strong(current, built, std::memory_order_acq_rel)) {
+        release(built);
+        return current;
+    }
+    return built;
+}
 
 // What the reverse look-up needs of each of its thirteen kinds: the builder
 // and the code-range set it searches, and the object-edit files that can

@@ -78,17 +78,12 @@ Index *build_index(const KindInfo &kind) {
 std::atomic<Index *> g_indexes[kReverseKinds];
 
 const Index *index_of(const KindInfo &kind) {
-    std::atomic<Index *> &slot = g_indexes[kind.index];
-    Index *index = slot.load(std::memory_order_acquire);
-    if (index != nullptr) return index;
-    Index *built = build_index(kind);
-    if (built == nullptr) return nullptr;
-    if (!slot.compare_exchange_strong(index, built, std::memory_order_acq_rel)) {
-        mem_free(built->entries);  // another thread won the race
-        mem_free(built);
-        return index;
-    }
-    return built;
+    return built_once(
+        g_indexes[kind.index], [&kind] { return build_index(kind); },
+        [](Index *index) {
+            mem_free(index->entries);
+            mem_free(index);
+        });
 }
 
 struct Search {

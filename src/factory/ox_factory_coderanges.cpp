@@ -57,6 +57,14 @@ void stamp(ox_object *object, const ox_coderange_set *set, int32_t code) {
     obj_set_code(object, code, authority, version);
 }
 
+void stamp_catalogue(ox_object *object, const ox_coderange_set *set, int32_t code) {
+    constexpr int32_t kAuthorityCodes = 100000;  // the authority's own codes start here
+    if (coderange_find(set, code) == nullptr && code > 0 && code < kAuthorityCodes)
+        obj_set_code(object, code, kEpsg, kEpsgModernVersion);
+    else
+        stamp(object, set, code);
+}
+
 }  // namespace ox
 
 extern "C" {

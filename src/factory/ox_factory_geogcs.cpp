@@ -7,8 +7,8 @@ namespace {
 
 constexpr int32_t kSt87OuveaGeogcs = 4635;
 constexpr int32_t kSt87OuveaDatum = 6635;
-constexpr int32_t kGreenwich = 8901;
-constexpr int32_t kDegree = 9102;
+constexpr int32_t kGreenwichCode = 8901;
+constexpr int32_t kDegreeUnitCode = 9102;
 
 ox_object *assemble(const char *name, int32_t datum_code, int32_t primem_code, int32_t unit_code) {
     ox_object *datum = ox_factory_datum(datum_code);
@@ -39,7 +39,7 @@ ox_object *from_catalogue(int32_t code) {
 // the code 0.
 ox_object *special(int32_t code) {
     if (code != kSt87OuveaGeogcs) return nullptr;
-    ox_object *geogcs = assemble("GCS_ST87_Ouvea", kSt87OuveaDatum, kGreenwich, kDegree);
+    ox_object *geogcs = assemble("GCS_ST87_Ouvea", kSt87OuveaDatum, kGreenwichCode, kDegreeUnitCode);
     if (geogcs != nullptr) {
         stamp(geogcs, ox_factory_coderanges_geogcs(), code);
         obj_set_code(geogcs, 0, geogcs->authority_name_ref, geogcs->authority_version_ref);

@@ -1,7 +1,8 @@
 // Projected coordinate systems by code.  The catalogue step asks its groups
 // in a fixed order (miscellaneous systems, zone families and single zones,
-// state plane 1927, state plane 1983 in metres, in feet); the first group
-// that knows the code builds it.
+// state plane 1927, state plane 1983 in metres, in feet, HARN state plane,
+// Wisconsin county systems, the registry's systems outside the classic
+// bands); the first group that knows the code builds it.
 #include <initializer_list>
 
 #include "factory/ox_factory.h"
@@ -68,8 +69,9 @@ ox_object *projcs_from_catalogue(int32_t code) {
     if (ox_object *h = from_row(cat::find(cat::kProjcsMisc, code))) return h;
     if (ox_object *h = projcs_from_zone_families(code)) return h;
     if (ox_object *h = from_row(cat::find(cat::kProjcsZone, code))) return h;
-    for (const cat::Table<cat::ProjcsRow> *group : {&cat::kProjcsStatePlane27, &cat::kProjcsStatePlane83,
-                                                    &cat::kProjcsStatePlane83Feet1, &cat::kProjcsStatePlane83Feet2})
+    for (const cat::Table<cat::ProjcsRow> *group :
+         {&cat::kProjcsStatePlane27, &cat::kProjcsStatePlane83, &cat::kProjcsStatePlane83Feet1,
+          &cat::kProjcsStatePlane83Feet2, &cat::kProjcsHarn, &cat::kProjcsWiscrs, &cat::kProjcsEpsg})
         if (ox_object *h = from_row(cat::find(*group, code))) return h;
     return nullptr;
 }

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "object/ox_object.h"
+#include "object/ox_registry.h"
 #include "transform/ox_htmethlist.h"
 
 namespace ox {
@@ -39,7 +40,7 @@ OX_API ox_object *ox_htmethod_new(const char *name, ox_htmethod_routine forward,
     if (m == nullptr) return nullptr;
     m->fn[ox::kHtForward] = reinterpret_cast<ox::Fn>(forward);
     m->fn[ox::kHtInverse] = reinterpret_cast<ox::Fn>(inverse);
-    if (row != nullptr) ox::obj_set_code(&m->h, row->code, row->authority_name, row->authority_version);
+    if (row != nullptr) ox::registry_stamp(&m->h, *row);
     return &m->h;
 }
 

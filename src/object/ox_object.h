@@ -30,6 +30,9 @@ inline constexpr double kZero = 3.552713678800501e-15;
 // The authorities that issue codes, with the versions of their registries.
 inline constexpr const char *kEpsg = "EPSG";
 inline constexpr const char *kEpsgVersion = "6.13";
+// The registry version of the catalogue's EPSG objects outside the classic
+// code bands (the modern systems, built by their own codes).
+inline constexpr const char *kEpsgModernVersion = "10.076";
 inline constexpr const char *kMavo = "MAVO";
 inline constexpr const char *kMavoVersion = "9.3.0";
 inline constexpr const char *kCustom = "CUSTOM";

@@ -1,197 +1,147 @@
-// Lambert's cylindrical equal-area projection, normal aspect, with a
-// standard parallel phi1 (Snyder, Map Projections: A Working Manual, eqs.
-// 10-1, 10-2, 10-6, 10-7 on the sphere; 10-15, 10-16 with 3-12 on the
-// ellipsoid).  The ellipsoidal inverse goes through the authalic latitude
-// beta, sin beta = q / qp (Snyder 3-11), and back to phi by the authalic
-// series.  The same routines serve "Behrmann" with phi1 = 30 degrees.
+// "Cylindrical_Equal_Area": Lambert's cylindrical equal-area projection,
+// normal aspect, with a standard parallel phi1 (Snyder, Map Projections: A
+// Working Manual, 1987, eqs. 10-1, 10-2, 10-6, 10-7 on the sphere; 10-15,
+// 10-16 with 3-12 on the ellipsoid):
+//     sphere     x = a cos phi1 L,  y = a sin phi / cos phi1;
+//     ellipsoid  x = a k0 L,  y = a q(phi) / (2 k0),  k0 = cos phi1 / w(phi1),
+// with q as in Snyder 3-12.  The ellipsoidal inverse goes through the
+// authalic latitude beta, sin beta = q / qp (Snyder 3-11), and back to phi
+// by the authalic series.
 //
-// Constants: none when |phi1| = 90 degrees; sphere {a cos phi1, a / cos
-// phi1}; ellipsoid 8 values, see below.
+// "Behrmann" is the same projection with its standard parallel at 30 degrees
+// (Behrmann, 1910; Snyder, p. 76), whatever a parameter in that slot says.
+//
+// Refused: a standard parallel at or beyond a pole (the map would have no
+// width), a non-finite central meridian.  Every point is converted.
 #include <cmath>
 
-#include "object/ox_utils.h"
-#include "projection/ox_math.h"
-#include "projection/ox_projections.h"
-#include "projection/ox_projmath.h"
+#include "projection/ox_horizon.h"
+#include "projection/ox_projdef.h"
 
 namespace ox {
-
 namespace {
-constexpr int kSlotLon0 = 2;
-constexpr int kSlotPhi1 = 3;
 
-constexpr int32_t kSphereCount = 2;
-constexpr int kSphereX = 0;  // a cos phi1
-constexpr int kSphereY = 1;  // a / cos phi1
-constexpr int32_t kEllipsoidCount = 8;
-constexpr int kEcc = 0;         // e
-constexpr int kTwoEcc = 1;      // 2 e
-constexpr int kAK0 = 2;         // a k0, k0 = cos phi1 / w(phi1)
-constexpr int kAOver2K0 = 3;    // a / (2 k0)
-constexpr int kOneMinusE2 = 4;  // 1 - e2
-constexpr int kTwoK0 = 5;       // 2 k0
-constexpr int kQp = 6;          // q at the pole
-constexpr int kAQp = 7;         // a qp
+bool parameters_ok(const Frame &f) {
+    const double phi1 = f.p.standard_parallel_1;
+    return finite(f.p.central_meridian) && std::fabs(phi1) < kHalfPi && !at_pole(phi1);
+}
 
-bool is_sphere(const double spheroid[2]) { return spheroid[1] < kZero; }
-bool polar_parallel(double phi1) { return equal_rule(std::fabs(phi1), kHalfPi); }
-
-struct Constants {
-    double lon0, fx, fy, e, two_e, e2;
-    double beta_inverse[kAuxTerms];  // inverse: authalic latitude to phi
-};
-
-// Sphere: x = a cos phi1 L, y = a sin phi / cos phi1.
-struct ForwardSphere {
+struct Sphere {
+    struct Constants {
+        double fx;  // a cos phi1
+        double fy;  // a / cos phi1
+    };
+    static bool setup(const Frame &f, Constants &c) {
+        if (!parameters_ok(f)) return false;
+        c.fx = f.a * std::cos(f.p.standard_parallel_1);
+        c.fy = f.a / std::cos(f.p.standard_parallel_1);
+        return true;
+    }
     template <class M>
-    static OX_ALWAYS_INLINE bool apply(const Constants &k, double lon, double lat, double &x, double &y) {
-        const double d = lon - k.lon0;
-        double s, c;
-        M::sincos(lat, s, c);
-        x = k.fx * M::reduce(d);
-        y = k.fy * s;
+    static OX_ALWAYS_INLINE bool forward(const Frame &f, const Constants &c, double lon, double lat, double &x,
+                                         double &y) {
+        const double d = lon - f.p.central_meridian;
+        double s, co;
+        M::sincos(lat, s, co);
+        x = c.fx * M::reduce(d);
+        y = c.fy * s;
         return M::reduce_ok(d) & M::sincos_ok(lat);
     }
-};
-
-// Ellipsoid: x = a k0 L, y = (a / 2 k0) q(phi), q as in Snyder 3-12.
-struct ForwardEllipsoid {
+    // phi = asin(y cos phi1 / a), Delta lambda = x / (a cos phi1).
     template <class M>
-    static OX_ALWAYS_INLINE bool apply(const Constants &k, double lon, double lat, double &x, double &y) {
-        const double d = lon - k.lon0;
-        double s, c;
-        M::sincos(lat, s, c);
-        const double ratio = (1.0 - k.e * s) / (1.0 + k.e * s);
-        x = k.fx * M::reduce(d);
-        y = k.fy * (s / (1.0 - k.e2 * s * s) - M::log(ratio) / k.two_e);
-        return M::reduce_ok(d) & M::sincos_ok(lat) & M::log_ok(ratio);
-    }
-};
-
-// Sphere inverse: phi = asin(y cos phi1 / a), Delta lambda = x / (a cos phi1).
-struct InverseSphere {
-    template <class M>
-    static OX_ALWAYS_INLINE bool apply(const Constants &k, double x, double y, double &lon, double &lat) {
-        const double l = k.lon0 + x / k.fx;
-        const double s = y / k.fy;
+    static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
+                                         double &lat) {
+        const double l = f.p.central_meridian + x / c.fx;
+        const double s = y / c.fy;
         lat = M::asin(std::fabs(s) > 1.0 ? std::copysign(1.0, s) : s);
         lon = M::reduce(l);
         return M::reduce_ok(l);
     }
 };
 
-// Ellipsoid inverse: sin beta = 2 k0 y / (a qp), phi from beta by the
-// authalic series, Delta lambda = x / (a k0).
-struct InverseEllipsoid {
+struct Ellipsoid {
+    struct Constants {
+        double fx;          // a k0
+        double fy;          // a (1 - e2) / (2 k0)
+        double e, two_e;    // e and 2 e
+        double sin_beta;    // 2 k0 / (a qp): sin beta per metre of y
+        double beta_inverse[kAuxTerms];  // authalic latitude to phi
+    };
+    static bool setup(const Frame &f, Constants &c) {
+        if (!parameters_ok(f)) return false;
+        const double a = f.a, e2 = f.e2, phi1 = f.p.standard_parallel_1;
+        const double e = std::sqrt(e2);
+        const double k0 = std::cos(phi1) / ox_w(e2, phi1);
+        const double qp = 1.0 - (1.0 - e2) / (2.0 * e) * std::log((1.0 - e) / (1.0 + e));
+        c.fx = a * k0;
+        c.fy = a / (2.0 * k0) * (1.0 - e2);
+        c.e = e;
+        c.two_e = 2.0 * e;
+        c.sin_beta = 2.0 * k0 / (a * qp);
+        double forward_unused[kAuxTerms];
+        authalic_coefficients(e2, forward_unused, c.beta_inverse);
+        return true;
+    }
     template <class M>
-    static OX_ALWAYS_INLINE bool apply(const Constants &k, double x, double y, double &lon, double &lat) {
-        const double l = k.lon0 + x / k.fx;
-        const double s = y * k.fy;
+    static OX_ALWAYS_INLINE bool forward(const Frame &f, const Constants &c, double lon, double lat, double &x,
+                                         double &y) {
+        const double d = lon - f.p.central_meridian;
+        double s, co;
+        M::sincos(lat, s, co);
+        const double ratio = (1.0 - c.e * s) / (1.0 + c.e * s);
+        x = c.fx * M::reduce(d);
+        y = c.fy * (s / (1.0 - f.e2 * s * s) - M::log(ratio) / c.two_e);
+        return M::reduce_ok(d) & M::sincos_ok(lat) & M::log_ok(ratio);
+    }
+    // sin beta = 2 k0 y / (a qp), phi from beta by the authalic series,
+    // Delta lambda = x / (a k0).
+    template <class M>
+    static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
+                                         double &lat) {
+        const double l = f.p.central_meridian + x / c.fx;
+        const double s = y * c.sin_beta;
         const double sb = std::fabs(s) > 1.0 ? std::copysign(1.0, s) : s;
-        lat = aux_series(k.beta_inverse, M::asin(sb), sb, std::sqrt((1.0 - sb) * (1.0 + sb)));
+        lat = aux_series(c.beta_inverse, M::asin(sb), sb, std::sqrt((1.0 - sb) * (1.0 + sb)));
         lon = M::reduce(l);
         return M::reduce_ok(l);
     }
 };
 
-// The constants of the point formulas from the constants block.
-Constants point_constants(const double spheroid[2], double lon0, const double *k, bool inverse) {
-    if (is_sphere(spheroid)) return Constants{lon0, k[kSphereX], k[kSphereY], 0.0, 0.0, 0.0, {}};
-    Constants c{lon0, k[kAK0], k[kAOver2K0] * k[kOneMinusE2], k[kEcc], k[kTwoEcc], spheroid[1], {}};
-    if (inverse) {
-        // The authalic series back to phi, its coefficients computed once per call.
-        double forward_unused[kAuxTerms];
-        authalic_coefficients(spheroid[1], forward_unused, c.beta_inverse);
-        c.fy = k[kTwoK0] / k[kAQp];  // sin beta per metre of y
-    }
-    return c;
-}
+struct CylindricalEqualArea : SphereAndEllipsoid<Sphere, Ellipsoid> {
+    static constexpr int32_t kCode = 43034;
+    static constexpr const char *kName = "Cylindrical_Equal_Area";
+    static constexpr Family kFamily = Family::kCylindrical;
+    static constexpr Preserves kPreserves = Preserves::kArea;
+    static constexpr ParameterSet kParameters = parameter_sets::kStandardParallel;
+    static constexpr ox_horizon_routine kHorizon = horizon_world;
+    static constexpr bool kHasConstantsRoutine = true;
+    static constexpr bool kCountsEveryPoint = true;
+};
 
-// The constants block when it fits the spheroid, else `local` filled.
-const double *cea_constants(const double spheroid[2], double phi1, const int32_t *header, const double *values,
-                            double local[kCeaMaxConstants]) {
-    const double *k = constants_if(header, values, is_sphere(spheroid) ? kSphereCount : kEllipsoidCount);
-    if (k != nullptr) return k;
-    cea_values(spheroid, phi1, local);
-    return local;
-}
+// A form of the projection with the standard parallel at 30 degrees.
+constexpr double kBehrmannParallel = 0.5235987755982988;
+template <class Form>
+struct AtBehrmannParallel : Form {
+    static bool setup(const Frame &f, typename Form::Constants &c) {
+        Frame at30 = f;
+        at30.p.standard_parallel_1 = kBehrmannParallel;
+        return Form::setup(at30, c);
+    }
+};
+
+struct Behrmann : SphereAndEllipsoid<AtBehrmannParallel<Sphere>, AtBehrmannParallel<Ellipsoid>> {
+    static constexpr int32_t kCode = 43017;
+    static constexpr const char *kName = "Behrmann";
+    static constexpr Family kFamily = Family::kCylindrical;
+    static constexpr Preserves kPreserves = Preserves::kArea;
+    static constexpr ParameterSet kParameters = parameter_sets::kFalseOriginAndMeridian;
+    static constexpr ox_horizon_routine kHorizon = horizon_world;
+    static constexpr bool kHasConstantsRoutine = true;
+    static constexpr bool kCountsEveryPoint = true;
+};
 
 }  // namespace
-
-int32_t cea_values(const double spheroid[2], double phi1, double v[kCeaMaxConstants]) {
-    if (polar_parallel(phi1)) return 0;
-    const double a = spheroid[0], e2 = spheroid[1];
-    if (is_sphere(spheroid)) {
-        v[kSphereX] = a * std::cos(phi1);
-        v[kSphereY] = a / std::cos(phi1);
-        return kSphereCount;
-    }
-    const double e = std::sqrt(e2);
-    const double k0 = std::cos(phi1) / ox_w(e2, phi1);
-    const double qp = 1.0 - (1.0 - e2) / (2.0 * e) * std::log((1.0 - e) / (1.0 + e));
-    v[kEcc] = e;
-    v[kTwoEcc] = 2.0 * e;
-    v[kAK0] = a * k0;
-    v[kAOver2K0] = a / (2.0 * k0);
-    v[kOneMinusE2] = 1.0 - e2;
-    v[kTwoK0] = 2.0 * k0;
-    v[kQp] = qp;
-    v[kAQp] = a * qp;
-    return kEllipsoidCount;
-}
-
-int32_t cea_forward_points(const double spheroid[2], double lon0, double phi1, const int32_t *header,
-                           const double *values, int32_t n, double *points, const PointUnits *units) {
-    if (polar_parallel(phi1)) {
-        fail_points(n, points);
-        return 0;
-    }
-    double local[kCeaMaxConstants];
-    const double *k = cea_constants(spheroid, phi1, header, values, local);
-    if (is_sphere(spheroid))
-        run_forward<ForwardSphere>(point_constants(spheroid, lon0, k, false), n, points, units);
-    else
-        run_forward<ForwardEllipsoid>(point_constants(spheroid, lon0, k, false), n, points, units);
-    return n;
-}
-
-int32_t cea_inverse_points(const double spheroid[2], double lon0, double phi1, const int32_t *header,
-                           const double *values, int32_t n, double *points, const PointUnits *units) {
-    if (polar_parallel(phi1)) {
-        fail_points(n, points);
-        return 0;
-    }
-    double local[kCeaMaxConstants];
-    const double *k = cea_constants(spheroid, phi1, header, values, local);
-    if (is_sphere(spheroid))
-        run_inverse<InverseSphere>(point_constants(spheroid, lon0, k, true), n, points, units);
-    else
-        run_inverse<InverseEllipsoid>(point_constants(spheroid, lon0, k, true), n, points, units);
-    return n;
-}
-
-OX_CONSTANTS_ROUTINE(cylindrical_eqarea_constants) {
-    if (c == nullptr || spheroid == nullptr || parameters == nullptr) return 0;
-    double v[kCeaMaxConstants];
-    const int32_t count = cea_values(spheroid, parameters[kSlotPhi1], v);
-    return count > 0 ? store_constants(c, v, count) : 0;
-}
-
-// Every point is converted, except when the standard parallel is a pole:
-// then every point receives the failure value and the count is 0.
-OX_UNITS_ROUTINE(cylindrical_eqarea_forward_units) {
-    if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
-    return cea_forward_points(spheroid, parameters[kSlotLon0], parameters[kSlotPhi1], constants_header,
-                              constants_values, n, points, units);
-}
-
-OX_UNITS_ROUTINE(cylindrical_eqarea_inverse_units) {
-    if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
-    return cea_inverse_points(spheroid, parameters[kSlotLon0], parameters[kSlotPhi1], constants_header,
-                              constants_values, n, points, units);
-}
-
-OX_PLAIN_ROUTINE(cylindrical_eqarea_forward)
-OX_PLAIN_ROUTINE(cylindrical_eqarea_inverse)
-
 }  // namespace ox
+
+OX_DEFINE_PROJECTION(CylindricalEqualArea)
+OX_DEFINE_PROJECTION(Behrmann)

@@ -1,5 +1,5 @@
-// Transverse Mercator (Gauss-Kruger): the power series in the longitude
-// difference on the ellipsoid, the closed formulas on the sphere.
+// "Transverse_Mercator" and its twin "Gauss_Kruger": the power series in the
+// longitude difference on the ellipsoid, the closed formulas on the sphere.
 //
 // Ellipsoid: the series of Thomas (1952) and Redfearn (1948) as set out in
 // Snyder, Map Projections: A Working Manual (USGS PP 1395, 1987), eqs. 8-9
@@ -7,31 +7,18 @@
 // meridian distance is the rectifying latitude times the rectifying radius.
 // Sphere: Snyder eqs. 8-1 to 8-3 (forward) and 8-6 to 8-7 (inverse).
 //
-// Constants: sphere {k0 a, k0 a / 2}; ellipsoid 21 values, see below.
+// Refused: a scale factor that is not positive and finite, a non-finite
+// central meridian, a latitude of origin that is not finite or beyond a
+// pole.  Every other point is converted and counted; the series is meant
+// for the band of a few degrees about the central meridian (horizon: 10
+// degrees either side, where it stays within a few centimetres).
 #include <cmath>
 
-#include "projection/ox_math.h"
-#include "projection/ox_projections.h"
-#include "projection/ox_projmath.h"
+#include "projection/ox_horizon.h"
+#include "projection/ox_projdef.h"
 
 namespace ox {
 namespace {
-
-constexpr int kSlotLon0 = 2;
-constexpr int kSlotK0 = 5;
-constexpr int kSlotPhi0 = 6;
-
-// Layout of the constants.
-constexpr int32_t kSphereCount = 2;
-constexpr int kSphereK0A = 0;      // k0 a
-constexpr int kSphereHalfK0A = 1;  // k0 a / 2
-constexpr int32_t kEllipsoidCount = 3 + 2 * kAuxTerms;
-constexpr int kSecondEcc2 = 0;             // e'^2 = e2 / (1 - e2)
-constexpr int kMu0 = 1;                    // rectifying latitude of the latitude of origin
-constexpr int kRectRadius = 2;             // rectifying radius R
-constexpr int kMuForward = 3;              // phi -> mu coefficients
-constexpr int kMuInverse = 3 + kAuxTerms;  // mu -> phi (footpoint latitude) coefficients
-static_assert(kEllipsoidCount == 21, "21 ellipsoid constants");
 
 // On the sphere, B = cos phi sin L is kept a hair inside +-1 (1 - 2^-48).
 constexpr double kMaxB = 0.9999999999999964;
@@ -42,70 +29,43 @@ constexpr double k1_5040 = 1.0 / 5040.0, k1_40320 = 1.0 / 40320.0;
 // The inverse longitude series keeps the divisor 5020 in its L^7 term.
 constexpr double k1_5020 = 1.0 / 5020.0;
 
-bool is_sphere(const double spheroid[2]) { return spheroid[1] < kZero; }
-
-// Computes the constants of the system into `v`; returns their number.
-int32_t tm_values(const double spheroid[2], const double parameters[16], double v[kEllipsoidCount]) {
-    const double a = spheroid[0], e2 = spheroid[1], k0 = parameters[kSlotK0];
-    if (is_sphere(spheroid)) {
-        v[kSphereK0A] = k0 * a;
-        v[kSphereHalfK0A] = k0 * a / 2.0;
-        return kSphereCount;
-    }
-    const double phi0 = parameters[kSlotPhi0];
-    rectifying_coefficients(e2, v + kMuForward, v + kMuInverse);
-    v[kSecondEcc2] = e2 / (1.0 - e2);
-    v[kMu0] = aux_series(v + kMuForward, phi0, std::sin(phi0), std::cos(phi0));
-    v[kRectRadius] = ox_rect_r(a, e2);
-    return kEllipsoidCount;
+bool parameters_ok(const Frame &f) {
+    return positive(f.p.scale_factor) && finite(f.p.central_meridian) &&
+           std::fabs(f.p.latitude_of_origin) <= kHalfPi;
 }
 
-// The stored constants when they fit the spheroid's branch, else `local`
-// filled for this call.
-const double *tm_constants(const double spheroid[2], const double parameters[16], const int32_t *header,
-                           const double *values, double local[kEllipsoidCount]) {
-    const double *k = constants_if(header, values, is_sphere(spheroid) ? kSphereCount : kEllipsoidCount);
-    if (k != nullptr) return k;
-    tm_values(spheroid, parameters, local);
-    return local;
-}
-
-// The ellipsoid constants of the point formulas.
-struct TmEllipsoid {
-    double e2, lon0, k0, k0a, ep2, mu0, rk0, one_minus_e2;
-    double mu_forward[kAuxTerms], mu_inverse[kAuxTerms];
-
-    TmEllipsoid(const double spheroid[2], const double parameters[16], const double *k)
-        : e2(spheroid[1]),
-          lon0(parameters[kSlotLon0]),
-          k0(parameters[kSlotK0]),
-          k0a(parameters[kSlotK0] * spheroid[0]),
-          ep2(k[kSecondEcc2]),
-          mu0(k[kMu0]),
-          rk0(k[kRectRadius] * parameters[kSlotK0]),
-          one_minus_e2(1.0 - spheroid[1]) {
-        for (int i = 0; i < kAuxTerms; ++i) {
-            mu_forward[i] = k[kMuForward + i];
-            mu_inverse[i] = k[kMuInverse + i];
-        }
+struct Ellipsoid {
+    struct Constants {
+        double ep2;          // e'^2 = e2 / (1 - e2)
+        double mu0;          // rectifying latitude of the latitude of origin
+        double rect_radius;  // rectifying radius R; the origin's meridian distance is R mu0
+        double mu_forward[kAuxTerms], mu_inverse[kAuxTerms];  // phi -> mu and mu -> phi
+    };
+    static bool setup(const Frame &f, Constants &c) {
+        if (!parameters_ok(f)) return false;
+        const double phi0 = f.p.latitude_of_origin;
+        rectifying_coefficients(f.e2, c.mu_forward, c.mu_inverse);
+        c.ep2 = f.e2 / (1.0 - f.e2);
+        c.mu0 = aux_series(c.mu_forward, phi0, std::sin(phi0), std::cos(phi0));
+        c.rect_radius = ox_rect_r(f.a, f.e2);
+        return true;
     }
-};
 
-// Ellipsoid forward (Snyder 8-9, 8-10 with the eta^2 terms to eta^8).
-struct ForwardEllipsoid {
+    // Snyder 8-9, 8-10 with the eta^2 terms to eta^8.
     template <class M>
-    static OX_ALWAYS_INLINE bool apply(const TmEllipsoid &k, double lon, double lat, double &x, double &y) {
-        const double d = lon - k.lon0;
+    static OX_ALWAYS_INLINE bool forward(const Frame &f, const Constants &c, double lon, double lat, double &x,
+                                         double &y) {
+        const double d = lon - f.p.central_meridian;
         const double L = M::reduce(d);
         const double phi = off_pole(lat);
-        double s, c;
-        M::sincos(phi, s, c);
-        const double t = s / c, t2 = t * t, t4 = t2 * t2, t6 = t4 * t2;
-        const double c2 = c * c;
-        const double h2 = k.ep2 * c2, h4 = h2 * h2, h6 = h4 * h2, h8 = h4 * h4;  // powers of eta
-        const double kn = k.k0a / std::sqrt(1.0 - k.e2 * s * s);                 // k0 N
-        const double L2 = L * L, u = c2 * L2;                                    // (L cos phi)^2
-        const double mu = aux_series(k.mu_forward, phi, s, c);
+        double s, co;
+        M::sincos(phi, s, co);
+        const double t = s / co, t2 = t * t, t4 = t2 * t2, t6 = t4 * t2;
+        const double c2 = co * co;
+        const double h2 = c.ep2 * c2, h4 = h2 * h2, h6 = h4 * h2, h8 = h4 * h4;        // powers of eta
+        const double kn = (f.p.scale_factor * f.a) / std::sqrt(1.0 - f.e2 * s * s);  // k0 N
+        const double L2 = L * L, u = c2 * L2;                                         // (L cos phi)^2
+        const double mu = aux_series(c.mu_forward, phi, s, co);
 
         const double y4 = (5.0 - t2 + 9.0 * h2 + 4.0 * h4) * k1_24;
         const double y6 = (61.0 - 58.0 * t2 + t4 + 270.0 * h2 + 445.0 * h4 + 324.0 * h6 + 88.0 * h8 -
@@ -118,28 +78,27 @@ struct ForwardEllipsoid {
             k1_120;
         const double x7 = (61.0 - 479.0 * t2 + 179.0 * t4 - t6) * k1_5040;
 
-        y = (mu - k.mu0) * k.rk0 + kn * s * c * L2 * (0.5 + u * (y4 + u * (y6 + u * y8)));
-        x = kn * c * L * (1.0 + u * (x3 + u * (x5 + u * x7)));
+        y = (mu - c.mu0) * (c.rect_radius * f.p.scale_factor) + kn * s * co * L2 * (0.5 + u * (y4 + u * (y6 + u * y8)));
+        x = kn * co * L * (1.0 + u * (x3 + u * (x5 + u * x7)));
         return M::reduce_ok(d) & M::sincos_ok(phi);
     }
-};
 
-// Ellipsoid inverse (Snyder 8-17, 8-18 with the eta^2 terms to eta^8),
-// written in q = x / (k0 nu), with nu / rho = w^2 / (1 - e2).
-struct InverseEllipsoid {
+    // Snyder 8-17, 8-18 with the eta^2 terms to eta^8, written in
+    // q = x / (k0 nu), with nu / rho = w^2 / (1 - e2).
     template <class M>
-    static OX_ALWAYS_INLINE bool apply(const TmEllipsoid &k, double x, double y, double &lon, double &lat) {
-        const double mu = y / k.rk0 + k.mu0;
+    static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
+                                         double &lat) {
+        const double mu = y / (c.rect_radius * f.p.scale_factor) + c.mu0;
         double sm, cm;
         M::sincos(mu, sm, cm);
-        const double phi1 = aux_series(k.mu_inverse, mu, sm, cm);  // footpoint latitude
-        double s, c;
-        M::sincos(phi1, s, c);
-        const double t = s / c, t2 = t * t, t4 = t2 * t2, t6 = t4 * t2;
-        const double w2 = 1.0 - k.e2 * s * s;
-        const double nu_k0 = k.k0a / std::sqrt(w2);  // k0 nu
-        const double nu_rho = w2 / k.one_minus_e2;   // nu / rho
-        const double h2 = k.ep2 * c * c, h4 = h2 * h2, h6 = h4 * h2, h8 = h4 * h4;
+        const double phi1 = aux_series(c.mu_inverse, mu, sm, cm);  // footpoint latitude
+        double s, co;
+        M::sincos(phi1, s, co);
+        const double t = s / co, t2 = t * t, t4 = t2 * t2, t6 = t4 * t2;
+        const double w2 = 1.0 - f.e2 * s * s;
+        const double nu_k0 = (f.p.scale_factor * f.a) / std::sqrt(w2);  // k0 nu
+        const double nu_rho = w2 / (1.0 - f.e2);                         // nu / rho
+        const double h2 = c.ep2 * co * co, h4 = h2 * h2, h6 = h4 * h2, h8 = h4 * h4;
         const double q = x / nu_k0, q2 = q * q;
 
         const double p4 = (5.0 + 3.0 * t2 + h2 - 4.0 * h4 - 9.0 * t2 * h2) * k1_24;
@@ -154,25 +113,32 @@ struct InverseEllipsoid {
                           k1_120;
         const double l7 = (61.0 + 662.0 * t2 + 1320.0 * t4 + 720.0 * t6) * k1_5020;
 
-        const double dlon = q / c * (1.0 - q2 * (l3 - q2 * (l5 - q2 * l7)));
+        const double dlon = q / co * (1.0 - q2 * (l3 - q2 * (l5 - q2 * l7)));
         lat = phi1 - t * nu_rho * q2 * (0.5 - q2 * (p4 - q2 * (p6 - q2 * p8)));
-        const double lon_unreduced = dlon + k.lon0;
+        const double lon_unreduced = dlon + f.p.central_meridian;
         lon = M::reduce(lon_unreduced);
         return M::sincos_ok(mu) & M::sincos_ok(phi1) & M::reduce_ok(lon_unreduced);
     }
 };
 
-// The sphere constants of the point formulas.
-struct TmSphere {
-    double lon0, phi0, k0a, half_k0a;
-};
+struct Sphere {
+    struct Constants {
+        double k0a;       // k0 a
+        double half_k0a;  // k0 a / 2
+    };
+    static bool setup(const Frame &f, Constants &c) {
+        if (!parameters_ok(f)) return false;
+        c.k0a = f.p.scale_factor * f.a;
+        c.half_k0a = f.p.scale_factor * f.a / 2.0;
+        return true;
+    }
 
-// Sphere forward (Snyder 8-1 to 8-3): B = cos phi sin L, x = (k0 a / 2)
-// ln((1 + B) / (1 - B)), y = k0 a (atan2(tan phi, cos L) - phi0).
-struct ForwardSphere {
+    // Snyder 8-1 to 8-3: B = cos phi sin L, x = (k0 a / 2) ln((1 + B) / (1 - B)),
+    // y = k0 a (atan2(tan phi, cos L) - phi0).
     template <class M>
-    static OX_ALWAYS_INLINE bool apply(const TmSphere &k, double lon, double lat, double &x, double &y) {
-        const double d = lon - k.lon0;
+    static OX_ALWAYS_INLINE bool forward(const Frame &f, const Constants &c, double lon, double lat, double &x,
+                                         double &y) {
+        const double d = lon - f.p.central_meridian;
         const double L = M::reduce(d);
         const double phi = off_pole(lat);
         double sp, cp, sl, cl;
@@ -180,64 +146,59 @@ struct ForwardSphere {
         M::sincos(L, sl, cl);
         const double b = pull_inside(cp * sl, 1.0, kMaxB);
         const double ratio = (1.0 + b) / (1.0 - b);
-        x = k.half_k0a * M::log(ratio);
-        y = k.k0a * (M::atan2(sp / cp, cl) - k.phi0);
-        return M::reduce_ok(d) & M::sincos_ok(phi) & M::sincos_ok(L) & M::log_ok(ratio);
+        const double tan_phi = sp / cp;
+        x = c.half_k0a * M::log(ratio);
+        y = c.k0a * (M::atan2(tan_phi, cl) - f.p.latitude_of_origin);
+        return M::reduce_ok(d) & M::sincos_ok(phi) & M::sincos_ok(L) & M::log_ok(ratio) & M::atan2_ok(tan_phi, cl);
     }
-};
 
-// Sphere inverse (Snyder 8-6, 8-7): D = y / (k0 a) + phi0, X = x / (k0 a),
-// phi = asin(2 sin D / (e^-X + e^X)), lambda = atan2(e^X - e^-X, 2 cos D).
-struct InverseSphere {
+    // Snyder 8-6, 8-7: D = y / (k0 a) + phi0, X = x / (k0 a),
+    // phi = asin(2 sin D / (e^-X + e^X)), lambda = atan2(e^X - e^-X, 2 cos D).
     template <class M>
-    static OX_ALWAYS_INLINE bool apply(const TmSphere &k, double x, double y, double &lon, double &lat) {
-        const double d = y / k.k0a + k.phi0;
-        const double xr = x / k.k0a;
+    static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
+                                         double &lat) {
+        const double d = y / c.k0a + f.p.latitude_of_origin;
+        const double xr = x / c.k0a;
         const double ex = M::exp(xr), emx = M::exp(-xr);
         double sd, cd;
         M::sincos(d, sd, cd);
         const double sn = 2.0 * sd / (emx + ex);
         lat = M::asin(std::fabs(sn) > 1.0 ? std::copysign(1.0, sn) : sn);
-        const double l = M::atan2(ex - emx, 2.0 * cd) + k.lon0;
+        const double dy = ex - emx, dx = 2.0 * cd;
+        const double l = M::atan2(dy, dx) + f.p.central_meridian;
         lon = M::reduce(l);
-        return M::sincos_ok(d) & M::reduce_ok(l);
+        return M::sincos_ok(d) & M::exp_ok(xr) & M::exp_ok(-xr) & M::atan2_ok(dy, dx) & M::reduce_ok(l);
     }
 };
 
+// The band of 10 degrees either side of the central meridian, pole to
+// pole, where the series stays within a few centimetres of the exact
+// projection.
+constexpr double kSeriesBand = 10.0 * kDegree;
+OX_HORIZON_ROUTINE(horizon_transverse_mercator) {
+    (void)spheroid;
+    return horizon_band(horizon_center(parameters), kSeriesBand, kHalfPi, max_vertices, vertices);
+}
+
+struct TransverseMercator : SphereAndEllipsoid<Sphere, Ellipsoid> {
+    static constexpr int32_t kCode = 43006;
+    static constexpr const char *kName = "Transverse_Mercator";
+    static constexpr Family kFamily = Family::kCylindrical;
+    static constexpr Preserves kPreserves = Preserves::kShape;
+    static constexpr ParameterSet kParameters = parameter_sets::kScaleAndOrigin;
+    static constexpr ox_horizon_routine kHorizon = horizon_transverse_mercator;
+    static constexpr bool kHasConstantsRoutine = true;
+    static constexpr bool kCountsEveryPoint = true;
+};
+
 }  // namespace
+}  // namespace ox
 
-OX_CONSTANTS_ROUTINE(gauss_kruger_constants) {
-    if (c == nullptr || spheroid == nullptr || parameters == nullptr) return 0;
-    double v[kEllipsoidCount];
-    return store_constants(c, v, tm_values(spheroid, parameters, v));
-}
+OX_DEFINE_PROJECTION(TransverseMercator)
 
-// Every point is converted; the count is n.
-OX_UNITS_ROUTINE(gauss_kruger_forward_units) {
-    if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
-    double local[kEllipsoidCount];
-    const double *k = tm_constants(spheroid, parameters, constants_header, constants_values, local);
-    if (is_sphere(spheroid))
-        run_forward<ForwardSphere>(
-            TmSphere{parameters[kSlotLon0], parameters[kSlotPhi0], k[kSphereK0A], k[kSphereHalfK0A]}, n, points, units);
-    else
-        run_forward<ForwardEllipsoid>(TmEllipsoid(spheroid, parameters, k), n, points, units);
-    return n;
-}
-
-OX_UNITS_ROUTINE(gauss_kruger_inverse_units) {
-    if (!routine_arguments_ok(spheroid, parameters, n, points)) return 0;
-    double local[kEllipsoidCount];
-    const double *k = tm_constants(spheroid, parameters, constants_header, constants_values, local);
-    if (is_sphere(spheroid))
-        run_inverse<InverseSphere>(
-            TmSphere{parameters[kSlotLon0], parameters[kSlotPhi0], k[kSphereK0A], k[kSphereHalfK0A]}, n, points, units);
-    else
-        run_inverse<InverseEllipsoid>(TmEllipsoid(spheroid, parameters, k), n, points, units);
-    return n;
-}
-
-OX_PLAIN_ROUTINE(gauss_kruger_forward)
-OX_PLAIN_ROUTINE(gauss_kruger_inverse)
-
+// "Gauss_Kruger" shares every routine of "Transverse_Mercator"; only the name
+// and code differ.
+namespace ox {
+extern const ProjRow kProjectionGaussKruger;
+constinit const ProjRow kProjectionGaussKruger = projection_row_named<TransverseMercator>(43005, "Gauss_Kruger");
 }  // namespace ox

@@ -3,6 +3,7 @@
 #include "object/ox_memory.h"
 #include "object/ox_object.h"
 #include "object/ox_strings.h"
+#include "projection/ox_parmlist.h"
 #include "projection/ox_projlist.h"
 
 namespace ox {
@@ -27,7 +28,7 @@ double *pcs_alloc(PcsConstants *c, int32_t count) {
 
 PcsConstants *pcs_new() {
     auto *c = static_cast<PcsConstants *>(mem_alloc(sizeof(PcsConstants)));
-    if (c != nullptr) *c = PcsConstants{kPcsConstantsTag, nullptr, nullptr};
+    if (c != nullptr) *c = PcsConstants{kPcsConstantsTag, nullptr, nullptr, nullptr};
     return c;
 }
 
@@ -41,12 +42,12 @@ void pcs_delete(PcsConstants *c) {
 
 namespace {
 
-constexpr int kSlotSecondParallel = 4;
-constexpr int kSlotFirstParallel = 3;
-constexpr int kSlotScaleFactor = 5;
-constexpr int kSlotXScale = 12;
-constexpr int kSlotYScale = 13;
-constexpr int kSlotHeight = 15;
+constexpr int kSlotSecondParallel = OX_SLOT(standard_parallel_2);
+constexpr int kSlotFirstParallel = OX_SLOT(standard_parallel_1);
+constexpr int kSlotScaleFactor = OX_SLOT(scale_factor);
+constexpr int kSlotXScale = OX_SLOT(x_scale);
+constexpr int kSlotYScale = OX_SLOT(y_scale);
+constexpr int kSlotHeight = OX_SLOT(height);
 
 const Parameter *parameter_rec(const ox_object *h) { return rec<Parameter>(h, OX_TAG_PARAMETER); }
 

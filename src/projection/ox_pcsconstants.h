@@ -12,9 +12,10 @@ namespace ox {
 inline constexpr uint32_t kPcsConstantsTag = 0x100000u;
 
 struct PcsConstants {
-    uint32_t type;    // kPcsConstantsTag
-    int32_t *header;  // owned: {2, count}
-    double *values;   // owned: `count` values, laid out by the constants routine
+    uint32_t type;       // kPcsConstantsTag
+    int32_t *header;     // owned: {2, count}
+    double *values;      // owned: `count` values, laid out by the constants routine
+    const void *layout;  // which projection and form wrote the values (ox_projdef.h)
 };
 
 // Constants routine of a projection: fills `c` (through pcs_alloc) from the

@@ -6,97 +6,101 @@
 
 #include "object/ox_strings.h"
 #include "object/ox_utils.h"
-#include "projection/ox_projections.h"
+#include "object/ox_registry.h"
+#include "projection/ox_horizon.h"
 
 namespace ox {
 
+// The projections in the registry's stored order, one line each: X(D) for a
+// projection defined by D (its row kProjectionD is made in D's own file),
+// PENDING(code, name, parameters) for a registered projection whose routines
+// are not written yet (it converts nothing).
+#define OX_PROJECTION_LIST(X, PENDING)                                                  \
+    X(PlateCarree)                                                                      \
+    X(EquidistantCylindrical)                                                           \
+    X(MillerCylindrical)                                                                \
+    X(Mercator)                                                                         \
+    X(GaussKruger)                                                                      \
+    X(TransverseMercator)                                                               \
+    X(TransverseMercatorComplex)                                                        \
+    PENDING(43007, "Albers", kTwoParallels)                                             \
+    PENDING(43008, "Sinusoidal", kFalseOriginAndMeridian)                               \
+    PENDING(43009, "Mollweide", kFalseOriginAndMeridian)                                \
+    PENDING(43010, "Eckert_VI", kFalseOriginAndMeridian)                                \
+    PENDING(43011, "Eckert_V", kFalseOriginAndMeridian)                                 \
+    PENDING(43012, "Eckert_IV", kFalseOriginAndMeridian)                                \
+    PENDING(43013, "Eckert_III", kFalseOriginAndMeridian)                               \
+    PENDING(43014, "Eckert_II", kFalseOriginAndMeridian)                                \
+    PENDING(43015, "Eckert_I", kFalseOriginAndMeridian)                                 \
+    X(GallStereographic)                                                                \
+    X(Behrmann)                                                                         \
+    PENDING(43018, "Winkel_I", kStandardParallel)                                       \
+    PENDING(43019, "Winkel_II", kStandardParallel)                                      \
+    PENDING(43020, "Lambert_Conformal_Conic", kLambert)                                 \
+    PENDING(43021, "Polyconic", kOrigin)                                                \
+    PENDING(43022, "Quartic_Authalic", kFalseOriginAndMeridian)                         \
+    PENDING(43023, "Loximuthal", kCentralParallel)                                      \
+    PENDING(43024, "Bonne", kStandardParallel)                                          \
+    PENDING(43036, "Hotine_Oblique_Mercator_Azimuth_Natural_Origin", kAzimuthCenter)    \
+    PENDING(43037, "Hotine_Oblique_Mercator_Azimuth_Center", kAzimuthCenter)            \
+    PENDING(43025, "Hotine_Oblique_Mercator_Two_Point_Natural_Origin", kTwoPointOblique) \
+    PENDING(43035, "Hotine_Oblique_Mercator_Two_Point_Center", kTwoPointOblique)        \
+    PENDING(43026, "Stereographic", kScaleAndOrigin)                                    \
+    PENDING(43050, "Stereographic_North_Pole", kStandardParallel)                       \
+    PENDING(43051, "Stereographic_South_Pole", kStandardParallel)                       \
+    PENDING(43027, "Equidistant_Conic", kTwoParallels)                                  \
+    PENDING(43028, "Cassini", kScaleAndOrigin)                                          \
+    PENDING(43029, "Van_der_Grinten_I", kFalseOriginAndMeridian)                        \
+    PENDING(43030, "Robinson", kFalseOriginAndMeridian)                                 \
+    PENDING(43057, "Robinson_Legacy", kFalseOriginAndMeridian)                          \
+    PENDING(43031, "Two_Point_Equidistant", kTwoPoint)                                  \
+    PENDING(43032, "Azimuthal_Equidistant", kOrigin)                                    \
+    PENDING(43033, "Lambert_Azimuthal_Equal_Area", kOrigin)                             \
+    X(CylindricalEqualArea)                                                             \
+    PENDING(43038, "Double_Stereographic", kScaleAndOrigin)                             \
+    PENDING(43039, "Krovak", kKrovak)                                                   \
+    PENDING(43040, "New_Zealand_Map_Grid", kNewZealand)                                 \
+    PENDING(43041, "Orthographic", kCenter)                                             \
+    PENDING(43042, "Winkel_Tripel", kStandardParallel)                                  \
+    PENDING(43043, "Aitoff", kFalseOriginAndMeridian)                                   \
+    PENDING(43044, "Hammer_Aitoff", kFalseOriginAndMeridian)                            \
+    PENDING(43045, "Flat_Polar_Quartic", kFalseOriginAndMeridian)                       \
+    PENDING(43046, "Craster_Parabolic", kFalseOriginAndMeridian)                        \
+    PENDING(43047, "Gnomonic", kCenter)                                                 \
+    PENDING(43048, "Times", kFalseOriginAndMeridian)                                    \
+    PENDING(43049, "Vertical_Near_Side_Perspective", kPerspective)                      \
+    PENDING(43052, "Fuller", kOption)                                                   \
+    PENDING(43053, "Rectified_Skew_Orthomorphic_Natural_Origin", kSkew)                 \
+    PENDING(43054, "Rectified_Skew_Orthomorphic_Center", kSkew)                         \
+    PENDING(43055, "Cube", kMeridianAndOption)                                          \
+    PENDING(43058, "Local", kAzimuthCenter)                                             \
+    PENDING(43059, "Goode_Homolosine", kMeridianAndOption)
+
 namespace {
 
+#define OX_DECLARE(D) extern const ProjRow kProjection##D;
+#define OX_SKIP(code, name, parameters)
+}  // namespace
+OX_PROJECTION_LIST(OX_DECLARE, OX_SKIP)
+namespace {
 
-#define OX_ROW(code, name, fwd, inv, hz, hzpcs, hzgr, hzpr, consts) \
-    {code, kMavo, kMavoVersion, name, fwd, inv, hz, hzpcs, hzgr, hzpr, consts}
-// A row with the world horizon only.
-// A row with a geographic horizon and that horizon projected by the row's
-// own forward routine.
-#define OX_HORIZON_ROW(code, name, fwd, inv, hz, consts) \
-    OX_ROW(code, name, fwd, inv, hz, (horizon_projected<hz, fwd>), nullptr, nullptr, consts)
-#define OX_WORLD_ROW(code, name, fwd, inv, consts) OX_HORIZON_ROW(code, name, fwd, inv, horizon_world, consts)
-// A row whose projection family has no routines yet: it converts nothing.
-#define OX_PENDING(code, name) \
-    OX_ROW(code, name, proj_unavailable, proj_unavailable, horizon_world, nullptr, nullptr, nullptr, nullptr)
+#define OX_PENDING_ROW(code, name, parameters)                                                         \
+    constexpr ProjRow kPending##code = {{code, kMavo, kMavoVersion, name}, proj_unavailable, proj_unavailable, \
+                                        horizon_world, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,  \
+                                        parameter_sets::parameters, Family::kOther, Preserves::kNothing};
+#define OX_NOTHING(D)
+OX_PROJECTION_LIST(OX_NOTHING, OX_PENDING_ROW)
 
-constexpr ProjRow kRows[] = {
-    OX_WORLD_ROW(43001, "Plate_Carree", plate_carree_forward, plate_carree_inverse, nullptr),
-    OX_WORLD_ROW(43002, "Equidistant_Cylindrical",
-                 equidistant_cylindrical_forward, equidistant_cylindrical_inverse, nullptr),
-    OX_WORLD_ROW(43003, "Miller_Cylindrical", miller_cylindrical_forward, miller_cylindrical_inverse, nullptr),
-    OX_HORIZON_ROW(43004, "Mercator", mercator_forward, mercator_inverse, horizon_mercator, mercator_constants),
-    OX_HORIZON_ROW(43005, "Gauss_Kruger", gauss_kruger_forward, gauss_kruger_inverse, horizon_transverse_mercator,
-                   gauss_kruger_constants),
-    OX_HORIZON_ROW(43006, "Transverse_Mercator", gauss_kruger_forward, gauss_kruger_inverse,
-                   horizon_transverse_mercator, gauss_kruger_constants),
-    OX_HORIZON_ROW(43056, "Transverse_Mercator_Complex", tm_complex_forward, tm_complex_inverse,
-                   horizon_transverse_mercator_complex, tm_complex_constants),
-    OX_PENDING(43007, "Albers"),
-    OX_PENDING(43008, "Sinusoidal"),
-    OX_PENDING(43009, "Mollweide"),
-    OX_PENDING(43010, "Eckert_VI"),
-    OX_PENDING(43011, "Eckert_V"),
-    OX_PENDING(43012, "Eckert_IV"),
-    OX_PENDING(43013, "Eckert_III"),
-    OX_PENDING(43014, "Eckert_II"),
-    OX_PENDING(43015, "Eckert_I"),
-    OX_WORLD_ROW(43016, "Gall_Stereographic",
-                 gall_stereographic_forward, gall_stereographic_inverse, gall_stereographic_constants),
-    OX_WORLD_ROW(43017, "Behrmann", behrmann_forward, behrmann_inverse, behrmann_constants),
-    OX_PENDING(43018, "Winkel_I"),
-    OX_PENDING(43019, "Winkel_II"),
-    OX_PENDING(43020, "Lambert_Conformal_Conic"),
-    OX_PENDING(43021, "Polyconic"),
-    OX_PENDING(43022, "Quartic_Authalic"),
-    OX_PENDING(43023, "Loximuthal"),
-    OX_PENDING(43024, "Bonne"),
-    OX_PENDING(43036, "Hotine_Oblique_Mercator_Azimuth_Natural_Origin"),
-    OX_PENDING(43037, "Hotine_Oblique_Mercator_Azimuth_Center"),
-    OX_PENDING(43025, "Hotine_Oblique_Mercator_Two_Point_Natural_Origin"),
-    OX_PENDING(43035, "Hotine_Oblique_Mercator_Two_Point_Center"),
-    OX_PENDING(43026, "Stereographic"),
-    OX_PENDING(43050, "Stereographic_North_Pole"),
-    OX_PENDING(43051, "Stereographic_South_Pole"),
-    OX_PENDING(43027, "Equidistant_Conic"),
-    OX_PENDING(43028, "Cassini"),
-    OX_PENDING(43029, "Van_der_Grinten_I"),
-    OX_PENDING(43030, "Robinson"),
-    OX_PENDING(43057, "Robinson_Legacy"),
-    OX_PENDING(43031, "Two_Point_Equidistant"),
-    OX_PENDING(43032, "Azimuthal_Equidistant"),
-    OX_PENDING(43033, "Lambert_Azimuthal_Equal_Area"),
-    OX_WORLD_ROW(43034, "Cylindrical_Equal_Area",
-                 cylindrical_eqarea_forward, cylindrical_eqarea_inverse, cylindrical_eqarea_constants),
-    OX_PENDING(43038, "Double_Stereographic"),
-    OX_PENDING(43039, "Krovak"),
-    OX_PENDING(43040, "New_Zealand_Map_Grid"),
-    OX_PENDING(43041, "Orthographic"),
-    OX_PENDING(43042, "Winkel_Tripel"),
-    OX_PENDING(43043, "Aitoff"),
-    OX_PENDING(43044, "Hammer_Aitoff"),
-    OX_PENDING(43045, "Flat_Polar_Quartic"),
-    OX_PENDING(43046, "Craster_Parabolic"),
-    OX_PENDING(43047, "Gnomonic"),
-    OX_PENDING(43048, "Times"),
-    OX_PENDING(43049, "Vertical_Near_Side_Perspective"),
-    OX_PENDING(43052, "Fuller"),
-    OX_PENDING(43053, "Rectified_Skew_Orthomorphic_Natural_Origin"),
-    OX_PENDING(43054, "Rectified_Skew_Orthomorphic_Center"),
-    OX_PENDING(43055, "Cube"),
-    OX_PENDING(43058, "Local"),
-    OX_PENDING(43059, "Goode_Homolosine"),
-};
-#undef OX_PENDING
-#undef OX_WORLD_ROW
-#undef OX_ROW
-constexpr int kRowCount = sizeof kRows / sizeof kRows[0];
-static_assert(kRowCount == 59, "the registry has 59 projections");
+#define OX_ROW_POINTER(D) &kProjection##D,
+#define OX_PENDING_POINTER(code, name, parameters) &kPending##code,
+constexpr const ProjRow *kRows[] = {OX_PROJECTION_LIST(OX_ROW_POINTER, OX_PENDING_POINTER)};
+static_assert(sizeof kRows / sizeof kRows[0] == 59, "the registry has 59 projections");
+#undef OX_DECLARE
+#undef OX_SKIP
+#undef OX_PENDING_ROW
+#undef OX_NOTHING
+#undef OX_ROW_POINTER
+#undef OX_PENDING_POINTER
 
 struct Alias {
     const char *alias;
@@ -112,9 +116,7 @@ constexpr Alias kAliases[] = {
 };
 
 const ProjRow *find_exact(const char *name) {
-    for (const ProjRow &r : kRows)
-        if (name_eq(name, r.name)) return &r;
-    return nullptr;
+    return registry_find_name(std::span<const ProjRow *const>(kRows), name, NameMatch::kLoose);
 }
 
 Projection *projection_rec(const ox_object *h) {
@@ -131,7 +133,7 @@ ox_object *make_from_row(const ProjRow &r, int32_t status) {
     ox_object *h = projection_make(r.name, fn);
     if (h == nullptr) return nullptr;
     h->status = status;
-    obj_set_code(h, r.code, r.authority_name, r.authority_version);
+    registry_stamp(h, r);
     return h;
 }
 
@@ -166,10 +168,7 @@ OX_PROJECTION_ROUTINE(proj_unavailable) {
     return 0;
 }
 
-const ProjRow *projlist_rows(int *count) {
-    if (count != nullptr) *count = kRowCount;
-    return kRows;
-}
+std::span<const ProjRow *const> projlist_rows() { return kRows; }
 
 const ProjRow *projlist_find_by_name(const char *name) {
     for (const Alias &a : kAliases)
@@ -181,15 +180,22 @@ const ProjRow *projlist_find_by_name(const char *name) {
 }
 
 const ProjRow *projlist_find_by_code(int32_t code) {
-    for (const ProjRow &r : kRows)
-        if (r.code == code) return &r;
+    return registry_find_code(std::span<const ProjRow *const>(kRows), code);
+}
+
+UnitsRoutine projlist_units_routine(ox_projection_routine routine) {
+    if (routine == nullptr) return nullptr;
+    for (const ProjRow *r : kRows) {
+        if (r->forward == routine) return r->forward_units;
+        if (r->inverse == routine) return r->inverse_units;
+    }
     return nullptr;
 }
 
 void projlist_set_code(ox_object *projection) {
     if (!is_type(projection, OX_TAG_PROJECTION)) return;
     if (const ProjRow *r = find_exact(projection->name))
-        obj_set_code(projection, r->code, r->authority_name, r->authority_version);
+        registry_stamp(projection, *r);
 }
 
 ox_object *projlist_new_by_code(int32_t code) {

@@ -1,34 +1,27 @@
-// The projection registry: one row per projection with its code, authority,
-// canonical name and routines, plus the alias table of projection names.
+// The projection registry: the one list of projections (ox_projlist.cpp),
+// each row made from a projection's definition (ox_projdef.h), plus the
+// alias table of projection names.
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 #include "object/ox_object.h"
 #include "projection/ox_pcsconstants.h"
+#include "projection/ox_projdef.h"
 
 namespace ox {
 
-struct ProjRow {
-    int32_t code;
-    const char *authority_name;
-    const char *authority_version;
-    const char *name;
-    ox_projection_routine forward;
-    ox_projection_routine inverse;
-    ox_horizon_routine horizon;
-    ox_horizon_routine horizon_pcs;
-    ox_horizon_routine horizon_gcs_raster;
-    ox_horizon_routine horizon_pcs_raster;
-    ConstantsRoutine constants;
-};
-
-// The rows in stored order; `count` receives their number.
-const ProjRow *projlist_rows(int *count);
+// The rows in stored order.
+std::span<const ProjRow *const> projlist_rows();
 // First row whose name matches after the alias table, or null.
 const ProjRow *projlist_find_by_name(const char *name);
 // First row with that code, or null.
 const ProjRow *projlist_find_by_code(int32_t code);
+// The routine of the row whose forward (inverse) routine is `routine` that
+// also takes the driver's units and the system's constants block; null for
+// any routine that is not the registry's.
+UnitsRoutine projlist_units_routine(ox_projection_routine routine);
 // Sets code and authority of a projection from the row of its own name
 // (aliases not consulted).
 void projlist_set_code(ox_object *projection);
@@ -43,5 +36,11 @@ ox_object *projlist_new_by_name(const char *name);
 ox_object *projection_make(const char *name, const Fn fn[kProjSlots]);
 // The constants routine of a projection object, or null.
 ConstantsRoutine projection_constants(const ox_object *projection);
+
+// Copies every point unchanged and returns n (null or invalid projection).
+OX_PROJECTION_ROUTINE(proj_identity);
+// Routine of a registered projection that has no routines yet: every point
+// receives the failure value and the count is 0.
+OX_PROJECTION_ROUTINE(proj_unavailable);
 
 }  // namespace ox

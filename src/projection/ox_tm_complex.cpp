@@ -23,11 +23,12 @@
 // n = 0 and the same code is the exact spherical transverse Mercator.
 //
 // The formulas are written once over a function set and run by the shared
-// point loop (ox_projmath.h): over blocks of points with inline kernels that
-// have no branches (FastMath's sine and logarithm, and below atan, exp and
-// log1p), which the compiler vectorises, and with the C library for the few
-// points they flag.  A point that cannot be converted (outside the domain
-// below, or not finite) gets the failure value and is not counted.
+// point loop (ox_projmath.h) with the vectorised kernels of ox_fastmath.h.
+// A point that cannot be converted (outside the domain below, or not finite)
+// gets the failure value and is not counted.  Refused: a scale factor that
+// is not positive and finite, a non-finite central meridian or latitude of
+// origin (one beyond a pole is taken at the pole), a flattening for which
+// the series has no domain.
 //
 // Domain: the series is cut after n^8, and the first neglected term,
 // alpha_9 sin 18 zeta' (alpha_9 = 3.469 n^9 + ...), grows as exp(18 |eta'|)/2
@@ -37,23 +38,11 @@
 // the Earth): |eta'| <= ln(2e-10 / alpha_9) / 18, which is 1.885 on WGS 84
 // (72.7 degrees from the central meridian on the equator, every longitude
 // from 17.4 degrees of latitude on).  On a sphere n = 0 and there is no limit.
-//
-// Constants block (values):
-//   [0] n, [1] k0 A, [2] northing of the latitude of origin k0 A mu(phi0),
-//   [3] the limit of |eta'| (infinite on a sphere),
-//   [4..11] alpha_1..8, [12..19] beta_1..8,
-//   [20..28] c_1..9 of chi = phi + sum c_k sin 2k phi,
-//   [29..37] d_1..9 of phi = chi + sum d_k sin 2k chi.
-#include <bit>
 #include <cmath>
 #include <cstdint>
-#include <type_traits>
 
-#include "object/ox_object.h"
-#include "object/ox_utils.h"
-#include "projection/ox_math.h"
-#include "projection/ox_projections.h"
-#include "projection/ox_projmath.h"
+#include "projection/ox_horizon.h"
+#include "projection/ox_projdef.h"
 
 namespace ox {
 
@@ -101,22 +90,19 @@ constexpr double kBetaPoly[8][9] = {
     {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 191773887257.0 / 3719607091200},
 };
 
-constexpr int kSlotLon0 = 2;
-constexpr int kSlotK0 = 5;
-constexpr int kSlotPhi0 = 6;
-
 constexpr int kTerms = kSeriesOrder;
-constexpr int32_t kValueCount = 4 + 2 * kTerms + 2 * kAuxTerms;
-// Offsets in the constants block.
-constexpr int kN = 0;
-constexpr int kScaledRadius = 1;
-constexpr int kOriginNorthing = 2;
-constexpr int kEtaLimit = 3;
-constexpr int kAlpha = 4;
-constexpr int kBeta = kAlpha + kTerms;
-constexpr int kChi = kBeta + kTerms;
-constexpr int kPhi = kChi + kAuxTerms;
-static_assert(kPhi + kAuxTerms == kValueCount, "constants layout");
+
+// The constants of a system.
+struct TmcConstants {
+    double n;            // third flattening
+    double ka;           // k0 A, A the rectifying radius
+    double northing0;    // northing of the latitude of origin, k0 A mu(phi0)
+    double eta_limit;    // the limit of |eta'| (infinite on a sphere)
+    double alpha[kTerms], beta[kTerms];
+    double conformal[kAuxTerms];  // chi = phi + sum c_k sin 2k phi
+    double geodetic[kAuxTerms];   // phi = chi + sum d_k sin 2k chi
+};
+
 // Largest relative size of the first neglected term of the series at a point
 // that is converted.
 constexpr double kDomainTolerance = 1e-10;
@@ -154,45 +140,35 @@ OX_ALWAYS_INLINE void complex_sine_series(const double *c, double sin2xi, double
     im = sr * b1i + si * b1r;
 }
 
-// Fills the constants block from the spheroid {a, e2}, the scale factor and
-// the latitude of origin; false when they describe no projection.
-bool compute_values(const double spheroid[2], const double parameters[16], double v[kValueCount]) {
-    if (spheroid == nullptr || parameters == nullptr) return false;
-    const double a = spheroid[0], e2 = spheroid[1];
-    const double k0 = parameters[kSlotK0];
-    double phi0 = parameters[kSlotPhi0];
-    if (!(std::isfinite(a) && a > 0.0) || !(std::isfinite(e2) && e2 < 1.0)) return false;
-    if (!(std::isfinite(k0) && k0 > 0.0) || !std::isfinite(phi0) || !std::isfinite(parameters[kSlotLon0])) return false;
+// The constants from the spheroid, the scale factor and the latitude of
+// origin (taken at the pole when beyond it); false when they describe no
+// projection.
+bool setup_constants(const Frame &f, TmcConstants &c) {
+    const double k0 = f.p.scale_factor;
+    double phi0 = f.p.latitude_of_origin;
+    if (!positive(k0) || !finite(phi0) || !finite(f.p.central_meridian)) return false;
     if (std::fabs(phi0) > kHalfPi) phi0 = std::copysign(kHalfPi, phi0);
 
-    const double n = e2 < kZero ? 0.0 : third_flattening(e2);
-    v[kN] = n;
-    v[kScaledRadius] = k0 * a / (1.0 + n) * poly(kRectifyingPoly, n);
+    const double n = f.sphere() ? 0.0 : third_flattening(f.e2);
+    c.n = n;
+    c.ka = k0 * f.a / (1.0 + n) * poly(kRectifyingPoly, n);
     for (int k = 0; k < kTerms; ++k) {
-        v[kAlpha + k] = poly(kAlphaPoly[k], n);
-        v[kBeta + k] = poly(kBetaPoly[k], n);
+        c.alpha[k] = poly(kAlphaPoly[k], n);
+        c.beta[k] = poly(kBetaPoly[k], n);
     }
-    aux_coefficients(AuxSeries::ConformalForward, n, v + kChi);
-    aux_coefficients(AuxSeries::ConformalInverse, n, v + kPhi);
+    aux_coefficients(AuxSeries::ConformalForward, n, c.conformal);
+    aux_coefficients(AuxSeries::ConformalInverse, n, c.geodetic);
     // On the central meridian (eta' = 0) the series carries chi to the
     // rectifying latitude mu.
-    const double chi0 = aux_series(v + kChi, phi0, std::sin(phi0), std::cos(phi0));
+    const double chi0 = aux_series(c.conformal, phi0, std::sin(phi0), std::cos(phi0));
     double re, im;
-    complex_sine_series(v + kAlpha, std::sin(2.0 * chi0), std::cos(2.0 * chi0), 0.0, 1.0, re, im);
-    v[kOriginNorthing] = v[kScaledRadius] * (chi0 + re);
+    complex_sine_series(c.alpha, std::sin(2.0 * chi0), std::cos(2.0 * chi0), 0.0, 1.0, re, im);
+    c.northing0 = c.ka * (chi0 + re);
     // ln(2e-10 / (c n^9)) / 18; infinite for n = 0.
-    v[kEtaLimit] = (std::log(kDomainTolerance * 2.0 / kAlphaNextLeading) - (kSeriesOrder + 1) * std::log(n)) /
-                   (2.0 * (kSeriesOrder + 1));
-    if (!(v[kEtaLimit] > 0.0)) return false;  // flattening far beyond any the series is meant for
-    return std::isfinite(v[kScaledRadius]) && v[kScaledRadius] > 0.0 && std::isfinite(v[kOriginNorthing]);
-}
-
-// The constants to use: the system's block when it is this projection's,
-// else the block computed into `local`; null when there is none.
-const double *select_values(const double spheroid[2], const double parameters[16], const int32_t *header,
-                            const double *values, double local[kValueCount]) {
-    if (const double *k = constants_if(header, values, kValueCount)) return k;
-    return compute_values(spheroid, parameters, local) ? local : nullptr;
+    c.eta_limit = (std::log(kDomainTolerance * 2.0 / kAlphaNextLeading) - (kSeriesOrder + 1) * std::log(n)) /
+                  (2.0 * (kSeriesOrder + 1));
+    if (!(c.eta_limit > 0.0)) return false;  // flattening far beyond any the series is meant for
+    return std::isfinite(c.ka) && c.ka > 0.0 && std::isfinite(c.northing0);
 }
 
 // ---------------------------------------------------------------------------
@@ -208,9 +184,6 @@ const double *select_values(const double spheroid[2], const double parameters[16
 // of the angle and the Taylor series of the correction to x^8, whose first
 // omitted term is below 2e-21.
 constexpr double kSmallAngle = 0.02;
-// The inline sinh and cosh serve |eta| up to this (the whole domain on any
-// ellipsoid the series is meant for); beyond, the C library's.
-constexpr double kInlineEta = 3.0;
 constexpr double kLargest = 1.7976931348623157e308;
 
 OX_ALWAYS_INLINE void small_sincos(double x, double &s, double &c) {
@@ -224,176 +197,61 @@ OX_ALWAYS_INLINE void small_sinhcosh(double x, double &s, double &c) {
     c = 1.0 + x2 * (0.5 + x2 * (1.0 / 24.0 + x2 * (1.0 / 720.0 + x2 * (1.0 / 40320.0))));
 }
 
-// The inline kernels: those of FastMath, and atan, atan2, log1p, sinh and
-// cosh without branches.  Each reports whether its argument was within its
-// range; outside, the point goes to TmcExactMath.
-struct TmcFastMath : FastMath {
-    // fdlibm's s_atan: the argument reduced to |t| < 7/16 about one of four
-    // points, and an odd polynomial of degree 23; within an ulp.
-    static OX_ALWAYS_INLINE double atan(double x) {
-        constexpr double T0 = 3.33333333333329318027e-01, T1 = -1.99999999998764832476e-01,
-                         T2 = 1.42857142725034663711e-01, T3 = -1.11111104054623557880e-01,
-                         T4 = 9.09088713343650656196e-02, T5 = -7.69187620504482999495e-02,
-                         T6 = 6.66107313738753120669e-02, T7 = -5.83357013379057348645e-02,
-                         T8 = 4.97687799461593236017e-02, T9 = -3.65315727442169155270e-02,
-                         T10 = 1.62858201153657823623e-02;
-        const double a = std::fabs(x);
-        // t = (a - h) / (1 + h a) about h = tan(atan_hi), or -1/a beyond
-        // 39/16, chosen by plain selects (no branch in the vectorised loop)
-        double num = a, den = 1.0, hi = 0.0, lo = 0.0;
-        const bool r0 = a >= 0.4375, r1 = a >= 0.6875, r2 = a >= 1.1875, r3 = a >= 2.4375;
-        num = r0 ? 2.0 * a - 1.0 : num;
-        den = r0 ? 2.0 + a : den;
-        hi = r0 ? 4.63647609000806093515e-01 : hi;
-        lo = r0 ? 2.26987774529616870924e-17 : lo;
-        num = r1 ? a - 1.0 : num;
-        den = r1 ? a + 1.0 : den;
-        hi = r1 ? 7.85398163397448278999e-01 : hi;
-        lo = r1 ? 3.06161699786838301793e-17 : lo;
-        num = r2 ? a - 1.5 : num;
-        den = r2 ? 1.0 + 1.5 * a : den;
-        hi = r2 ? 9.82793723247329054082e-01 : hi;
-        lo = r2 ? 1.39033110312309984516e-17 : lo;
-        num = r3 ? -1.0 : num;
-        den = r3 ? a : den;
-        hi = r3 ? 1.57079632679489655800e+00 : hi;
-        lo = r3 ? 6.12323399573676603587e-17 : lo;
-        const double t = num / den;
-        const double z = t * t, w = z * z;
-        const double s1 = z * (T0 + w * (T2 + w * (T4 + w * (T6 + w * (T8 + w * T10)))));
-        const double s2 = w * (T1 + w * (T3 + w * (T5 + w * (T7 + w * T9))));
-        const double reduced = hi - ((t * (s1 + s2) - lo) - t);
-        const double plain = t - t * (s1 + s2);
-        return std::copysign(r0 ? reduced : plain, x);
-    }
-    // atan(y / x), moved by pi with the sign of y when x is negative.
-    static OX_ALWAYS_INLINE double atan2(double y, double x) {
-        const double r = atan(y / x);
-        return x < 0.0 ? r + std::copysign(kPi, y) : r;
-    }
-    // log1p(t) = log(u) t / (u - 1) with u = 1 + t (Goldberg, "What every
-    // computer scientist should know about floating-point arithmetic", 1991).
-    static OX_ALWAYS_INLINE double log1p(double t) {
-        const double u = 1.0 + t;
-        return u == 1.0 ? t : log(u) * (t / (u - 1.0));
-    }
-    static OX_ALWAYS_INLINE bool log1p_ok(double t) { return log_ok(1.0 + t); }
-    // fdlibm's e_exp for |x| <= kInlineEta: x = k ln 2 + r, a rational
-    // approximation of exp(r) and k added to the exponent; within an ulp.
-    static OX_ALWAYS_INLINE double exp_small(double x) {
-        constexpr double kLn2Hi = 6.93147180369123816490e-01, kLn2Lo = 1.90821492927058770002e-10;
-        constexpr double kInvLn2 = 1.44269504088896338700e+00, kRoundToInt = 6755399441055744.0;
-        constexpr double P1 = 1.66666666666666019037e-01, P2 = -2.77777777770155933842e-03,
-                         P3 = 6.61375632143793436117e-05, P4 = -1.65339022054652515390e-06,
-                         P5 = 4.13813679705723846039e-08;
-        const double shifted = x * kInvLn2 + kRoundToInt;
-        const double k = shifted - kRoundToInt;
-        const double hi = x - k * kLn2Hi, lo = k * kLn2Lo, r = hi - lo;
-        const double r2 = r * r;
-        const double c = r - r2 * (P1 + r2 * (P2 + r2 * (P3 + r2 * (P4 + r2 * P5))));
-        const double y = 1.0 - ((lo - (r * c) / (2.0 - c)) - hi);
-        // 2^k: the low bits of `shifted` hold k (two's complement), moved to
-        // the exponent field and added to y's (no overflow: |k| < 64).
-        return std::bit_cast<double>(std::bit_cast<uint64_t>(y) + (std::bit_cast<uint64_t>(shifted) << 52));
-    }
-    // sinh and cosh: the Taylor series below 1/2, (e - 1/e) / 2 above.
-    static OX_ALWAYS_INLINE bool sinh_cosh(double x, double &s, double &c) {
-        const double a = std::fabs(x);
-        const double x2 = a * a;
-        // a + a^3/3! + ... + a^15/15!: below 1/2 the first omitted term is 2e-20 of the sum
-        const double series =
-            a * (1.0 + x2 * (1.0 / 6.0 +
-                             x2 * (1.0 / 120.0 +
-                                   x2 * (1.0 / 5040.0 +
-                                         x2 * (1.0 / 362880.0 +
-                                               x2 * (1.0 / 39916800.0 +
-                                                     x2 * (1.0 / 6227020800.0 + x2 * (1.0 / 1307674368000.0))))))));
-        const double e = exp_small(a < kInlineEta ? a : kInlineEta);
-        const double sh = a < 0.5 ? series : 0.5 * (e - 1.0 / e);
-        s = std::copysign(sh, x);
-        c = std::sqrt(1.0 + sh * sh);
-        return a <= kInlineEta;
-    }
-    // sin and cos (sinh and cosh) of a small correction.
-    static OX_ALWAYS_INLINE bool correction(double x, double &s, double &c) {
-        small_sincos(x, s, c);
-        return std::fabs(x) <= kSmallAngle;
-    }
-    static OX_ALWAYS_INLINE bool correction_h(double x, double &s, double &c) {
-        small_sinhcosh(x, s, c);
-        return std::fabs(x) <= kSmallAngle;
-    }
-};
-
-// The C library's functions (with the same short cuts where they are exact
-// to the same degree).
-struct TmcExactMath : ExactMath {
-    static double atan2(double y, double x) { return x > 0.0 ? std::atan(y / x) : std::atan2(y, x); }
-    static double log1p(double t) { return std::log1p(t); }
-    static bool log1p_ok(double) { return true; }
-    static bool sinh_cosh(double x, double &s, double &c) {
-        // with m = exp|x| - 1, sinh |x| = m (m + 2) / (2 (m + 1))
-        const double m = std::expm1(std::fabs(x));
-        s = std::copysign(0.5 * m * (m + 2.0) / (m + 1.0), x);
-        c = std::sqrt(1.0 + s * s);
-        return true;
-    }
-    static bool correction(double x, double &s, double &c) {
-        if (std::fabs(x) <= kSmallAngle) {
-            small_sincos(x, s, c);
-        } else {
+// sin and cos (sinh and cosh) of a small correction: the Taylor series up to
+// kSmallAngle; beyond, the inline path flags the point and the C library's
+// path takes the functions themselves.
+template <class M>
+OX_ALWAYS_INLINE bool correction(double x, double &s, double &c) {
+    if constexpr (M::kExact) {
+        if (!(std::fabs(x) <= kSmallAngle)) {
             s = std::sin(x);
             c = std::cos(x);
+            return true;
         }
-        return true;
     }
-    static bool correction_h(double x, double &s, double &c) {
-        if (std::fabs(x) <= kSmallAngle) {
-            small_sinhcosh(x, s, c);
-        } else {
+    small_sincos(x, s, c);
+    return std::fabs(x) <= kSmallAngle;
+}
+template <class M>
+OX_ALWAYS_INLINE bool correction_h(double x, double &s, double &c) {
+    if constexpr (M::kExact) {
+        if (!(std::fabs(x) <= kSmallAngle)) {
             s = std::sinh(x);
             c = std::cosh(x);
-        }
-        return true;
-    }
-};
-
-// The function set of this projection's formulas for the shared loop's M.
-template <class M>
-using TmcMath = std::conditional_t<std::is_same_v<M, FastMath>, TmcFastMath, TmcExactMath>;
-
-// The constants of the point formulas.
-struct Tmc {
-    double lon0, ka, inv_ka, northing0, eta_limit, eta_limit_inverse, nan;
-    double alpha[kTerms], beta[kTerms], conformal[kAuxTerms], geodetic[kAuxTerms];
-
-    Tmc() = default;
-    Tmc(const double *v, double lon0_)
-        : lon0(lon0_),
-          ka(v[kScaledRadius]),
-          inv_ka(1.0 / v[kScaledRadius]),
-          northing0(v[kOriginNorthing]),
-          eta_limit(v[kEtaLimit]),
-          eta_limit_inverse(v[kEtaLimit] * (1.0 + 1e-12)),  // room for the rounding of a point on the border
-          nan(failure_nan()) {
-        for (int k = 0; k < kTerms; ++k) {
-            alpha[k] = v[kAlpha + k];
-            beta[k] = v[kBeta + k];
-        }
-        for (int k = 0; k < kAuxTerms; ++k) {
-            conformal[k] = v[kChi + k];
-            geodetic[k] = v[kPhi + k];
+            return true;
         }
     }
-};
+    small_sinhcosh(x, s, c);
+    return std::fabs(x) <= kSmallAngle;
+}
 
-// Forward: (longitude, latitude) in radians to (x, y) in metres; the failure
-// value outside the domain and for non-finite coordinates.
-struct Forward {
-    template <class Shared>
-    static OX_ALWAYS_INLINE bool apply(const Tmc &k, double lon, double lat, double &x, double &y) {
-        using M = TmcMath<Shared>;
-        const double d = lon - k.lon0;
+// 40 degrees either side of the central meridian, where the series is
+// accurate to nanometres.
+constexpr double kComplexBand = 40.0 * kDegree;
+OX_HORIZON_ROUTINE(horizon_transverse_mercator_complex) {
+    (void)spheroid;
+    return horizon_band(horizon_center(parameters), kComplexBand, kHalfPi, max_vertices, vertices);
+}
+
+struct TransverseMercatorComplex {
+    static constexpr int32_t kCode = 43056;
+    static constexpr const char *kName = "Transverse_Mercator_Complex";
+    static constexpr Family kFamily = Family::kCylindrical;
+    static constexpr Preserves kPreserves = Preserves::kShape;
+    static constexpr ParameterSet kParameters = parameter_sets::kScaleAndOrigin;
+    static constexpr ox_horizon_routine kHorizon = horizon_transverse_mercator_complex;
+    static constexpr bool kHasConstantsRoutine = true;
+
+    using Constants = TmcConstants;
+    static bool setup(const Frame &f, Constants &c) { return setup_constants(f, c); }
+
+    // Forward: (longitude, latitude) in radians to (x, y) in metres; the
+    // failure value outside the domain and for non-finite coordinates.
+    template <class M>
+    static OX_ALWAYS_INLINE bool forward(const Frame &f, const Constants &c, double lon, double lat, double &x,
+                                         double &y) {
+        const double nan = failure_nan();
+        const double d = lon - f.p.central_meridian;
         const double lam = M::reduce(d);
         // (latitudes beyond a pole are taken at the pole; infinities are not)
         const bool beyond_pole = (std::fabs(lat) > kHalfPi) & (std::fabs(lat) <= kLargest);
@@ -402,9 +260,9 @@ struct Forward {
         M::sincos(phi, sphi, cphi);
         M::sincos(lam, slam, clam);
         // Conformal latitude chi = phi + delta.
-        const double delta = aux_series(k.conformal, 0.0, sphi, cphi);
+        const double delta = aux_series(c.conformal, 0.0, sphi, cphi);
         double sdelta, cdelta;
-        const bool small = M::correction(delta, sdelta, cdelta);
+        const bool small = correction<M>(delta, sdelta, cdelta);
         const double schi = sphi * cdelta + cphi * sdelta;
         const double cchi = cphi * cdelta - sphi * sdelta;
         // Transverse Mercator of the conformal sphere: with u = cos chi sin L,
@@ -419,42 +277,43 @@ struct Forward {
         const double xip = M::atan2(schi, w);
         // Krueger's series.
         double re, im;
-        complex_sine_series(k.alpha, 2.0 * schi * w * inv_d2, (w - schi) * (w + schi) * inv_d2, 2.0 * u * inv_d2,
+        complex_sine_series(c.alpha, 2.0 * schi * w * inv_d2, (w - schi) * (w + schi) * inv_d2, 2.0 * u * inv_d2,
                             (1.0 + u * u) * inv_d2, re, im);
-        const double xr = k.ka * (etap + im);
-        const double yr = k.ka * (xip + re) - k.northing0;
+        const double xr = c.ka * (etap + im);
+        const double yr = c.ka * (xip + re) - c.northing0;
         // (bitwise operators: no branch in the vectorised loop)
-        const bool fail = !(std::fabs(etap) <= k.eta_limit) | !(std::fabs(xr) <= kLargest) |
+        const bool fail = !(std::fabs(etap) <= c.eta_limit) | !(std::fabs(xr) <= kLargest) |
                           !(std::fabs(yr) <= kLargest);
-        x = fail ? k.nan : xr;
-        y = fail ? k.nan : yr;
-        return M::reduce_ok(d) & M::sincos_ok(phi) & small & M::log1p_ok(t);
+        x = fail ? nan : xr;
+        y = fail ? nan : yr;
+        return M::reduce_ok(d) & M::sincos_ok(phi) & small & M::log1p_ok(t) & M::atan2_ok(schi, w);
     }
-};
 
-// Inverse: (x, y) in metres to (longitude, latitude) in radians; the failure
-// value outside the image of the domain and for non-finite coordinates.
-struct Inverse {
-    template <class Shared>
-    static OX_ALWAYS_INLINE bool apply(const Tmc &k, double x, double y, double &lon, double &lat) {
-        using M = TmcMath<Shared>;
-        const double xi = (y + k.northing0) * k.inv_ka;
-        const double eta_in = x * k.inv_ka;
+    // Inverse: (x, y) in metres to (longitude, latitude) in radians; the
+    // failure value outside the image of the domain and for non-finite
+    // coordinates.
+    template <class M>
+    static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
+                                         double &lat) {
+        const double nan = failure_nan();
+        const double inv_ka = 1.0 / c.ka;
+        const double xi = (y + c.northing0) * inv_ka;
+        const double eta_in = x * inv_ka;
         // The image of the globe is the strip |xi| <= pi (both sides of the
         // meridian 90 degrees from the central one).
         const bool in_strip = (std::fabs(xi) <= kPi * (1.0 + 1e-12)) & (std::fabs(eta_in) <= kLargest);
         const double eta = std::fabs(eta_in) > kEtaSaturation ? std::copysign(kEtaSaturation, eta_in) : eta_in;
         double sxi, cxi, sheta, cheta;
         M::sincos(xi, sxi, cxi);
-        const bool eta_ok = M::sinh_cosh(eta, sheta, cheta);
+        M::sinh_cosh(eta, sheta, cheta);
         // Krueger's series back to the conformal sphere: zeta' = zeta - (re + i im).
         double re, im;
-        complex_sine_series(k.beta, 2.0 * sxi * cxi, (cxi - sxi) * (cxi + sxi), 2.0 * sheta * cheta,
+        complex_sine_series(c.beta, 2.0 * sxi * cxi, (cxi - sxi) * (cxi + sxi), 2.0 * sheta * cheta,
                             cheta * cheta + sheta * sheta, re, im);
         const double etap = eta - im;
         // The functions of xi' and eta' by the addition theorems.
         double sre, cre, sim, cim;
-        const bool small = M::correction(re, sre, cre) & M::correction_h(im, sim, cim);
+        const bool small = correction<M>(re, sre, cre) & correction_h<M>(im, sim, cim);
         const double sxip = sxi * cre - cxi * sre, cxip = cxi * cre + sxi * sre;
         const double shetap = sheta * cim - cheta * sim, chetap = cheta * cim - sheta * sim;
         // Back from the conformal sphere: the longitude difference and chi,
@@ -464,74 +323,19 @@ struct Inverse {
         const double lam = M::atan2(shetap, cxip);
         const double chi = M::atan(sxip / q);
         const double inv_chetap = 1.0 / chetap;
-        const double phi = aux_series(k.geodetic, chi, sxip * inv_chetap, q * inv_chetap);
-        const double l = lam + k.lon0;
+        const double phi = aux_series(c.geodetic, chi, sxip * inv_chetap, q * inv_chetap);
+        const double l = lam + f.p.central_meridian;
         const double lon_r = M::reduce(l);
-        const bool fail = !in_strip | !(std::fabs(etap) <= k.eta_limit_inverse) | !(std::fabs(lon_r) <= kPi) |
-                          !(std::fabs(phi) <= kHalfPi + 1e-15);
-        lon = fail ? k.nan : lon_r;
-        lat = fail ? k.nan : phi;
-        return M::sincos_ok(xi) & eta_ok & small & M::reduce_ok(l);
+        // (room for the rounding of a point on the border of the domain)
+        const bool fail = !in_strip | !(std::fabs(etap) <= c.eta_limit * (1.0 + 1e-12)) |
+                          !(std::fabs(lon_r) <= kPi) | !(std::fabs(phi) <= kHalfPi + 1e-15);
+        lon = fail ? nan : lon_r;
+        lat = fail ? nan : phi;
+        return M::sincos_ok(xi) & M::sinh_cosh_ok(eta) & small & M::atan2_ok(shetap, cxip) & M::reduce_ok(l);
     }
 };
 
-// Gives every failed point the failure value in both coordinates and
-// returns the number of the others.
-int32_t count_converted(int32_t n, double *points) {
-    const double nan = failure_nan();
-    int32_t count = 0;
-    for (int32_t i = 0; i < n; ++i) {
-        double *p = points + 2 * static_cast<size_t>(i);
-        if (std::isnan(p[0]) || std::isnan(p[1])) {
-            p[0] = p[1] = nan;
-        } else {
-            ++count;
-        }
-    }
-    return count;
-}
-
-// The constants of the system, or computed for this call, for the formulas
-// (false, with every point failed, when there are none).
-bool point_constants(const double spheroid[2], const double parameters[16], int32_t n, double *points,
-                     const int32_t *header, const double *values, Tmc &k) {
-    double local[kValueCount];
-    const double *v = select_values(spheroid, parameters, header, values, local);
-    if (v == nullptr || parameters == nullptr || !std::isfinite(parameters[kSlotLon0])) {
-        fail_points(n, points);
-        return false;
-    }
-    k = Tmc(v, parameters[kSlotLon0]);
-    return true;
-}
-
 }  // namespace
-
-OX_CONSTANTS_ROUTINE(tm_complex_constants) {
-    if (c == nullptr) return 0;
-    double local[kValueCount];
-    if (!compute_values(spheroid, parameters, local)) return 0;
-    return store_constants(c, local, kValueCount);
-}
-
-// The routines with the driver's units (null: none) and the plain ones.
-OX_UNITS_ROUTINE(tm_complex_forward_units) {
-    if (points == nullptr || n <= 0) return 0;
-    Tmc k{};
-    if (!point_constants(spheroid, parameters, n, points, constants_header, constants_values, k)) return 0;
-    run_forward<Forward>(k, n, points, units);
-    return count_converted(n, points);
-}
-
-OX_UNITS_ROUTINE(tm_complex_inverse_units) {
-    if (points == nullptr || n <= 0) return 0;
-    Tmc k{};
-    if (!point_constants(spheroid, parameters, n, points, constants_header, constants_values, k)) return 0;
-    run_inverse<Inverse>(k, n, points, units);
-    return count_converted(n, points);
-}
-
-OX_PLAIN_ROUTINE(tm_complex_forward)
-OX_PLAIN_ROUTINE(tm_complex_inverse)
-
 }  // namespace ox
+
+OX_DEFINE_PROJECTION(TransverseMercatorComplex)

@@ -2,23 +2,22 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
+#include "object/ox_registry.h"
 #include "ox.h"
 
 namespace ox {
 
-struct HtRow {
-    int32_t code;
-    const char *authority_name;
-    const char *authority_version;
-    const char *name;
+struct HtRow : RegistryRow {
     ox_htmethod_routine forward;
     ox_htmethod_routine inverse;
 };
 
 enum HtMethodCode : int32_t { kHtAffineParametric = 119624, kHtProjectiveParametric = 119625 };
 
-const HtRow *htmethlist_rows(int *count);
+// The rows in stored order.
+std::span<const HtRow> htmethlist_rows();
 // Exact (case-sensitive) name match, first row wins.
 const HtRow *htmethlist_find_by_name(const char *name);
 const HtRow *htmethlist_find_by_code(int32_t code);

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "object/ox_object.h"
+#include "object/ox_registry.h"
 #include "projection/ox_parmlist.h"
 #include "transform/ox_methods.h"
 
@@ -15,22 +16,22 @@ namespace {
 
 
 constexpr MethRow kRows[] = {
-    {kMethLongitudeRotation, kEpsg, kEpsgVersion, "Longitude_Rotation", method_unavailable, method_unavailable, nullptr},
-    {kMethBursaWolf, kMavo, kMavoVersion, "Bursa_Wolf", method_unavailable, method_unavailable, nullptr},
-    {kMethPositionVector, kEpsg, kEpsgVersion, "Position_Vector", method_unavailable, method_unavailable, nullptr},
-    {kMethCoordinateFrame, kEpsg, kEpsgVersion, "Coordinate_Frame", method_unavailable, method_unavailable, nullptr},
-    {kMethGeocentricTranslation, kEpsg, kEpsgVersion, "Geocentric_Translation", method_unavailable,
+    {{kMethLongitudeRotation, kEpsg, kEpsgVersion, "Longitude_Rotation"}, method_unavailable, method_unavailable,
+     nullptr},
+    {{kMethBursaWolf, kMavo, kMavoVersion, "Bursa_Wolf"}, method_unavailable, method_unavailable, nullptr},
+    {{kMethPositionVector, kEpsg, kEpsgVersion, "Position_Vector"}, method_unavailable, method_unavailable, nullptr},
+    {{kMethCoordinateFrame, kEpsg, kEpsgVersion, "Coordinate_Frame"}, method_unavailable, method_unavailable, nullptr},
+    {{kMethGeocentricTranslation, kEpsg, kEpsgVersion, "Geocentric_Translation"}, method_unavailable,
      method_unavailable, nullptr},
-    {kMethMolodensky, kEpsg, kEpsgVersion, "Molodensky", method_unavailable, method_unavailable, nullptr},
-    {kMethMolodenskyAbridged, kEpsg, kEpsgVersion, "Molodensky_Abridged", method_unavailable, method_unavailable,
+    {{kMethMolodensky, kEpsg, kEpsgVersion, "Molodensky"}, method_unavailable, method_unavailable, nullptr},
+    {{kMethMolodenskyAbridged, kEpsg, kEpsgVersion, "Molodensky_Abridged"}, method_unavailable, method_unavailable,
      nullptr},
-    {kMethMolodenskyBadekas, kEpsg, kEpsgVersion, "Molodensky_Badekas", method_unavailable, method_unavailable,
+    {{kMethMolodenskyBadekas, kEpsg, kEpsgVersion, "Molodensky_Badekas"}, method_unavailable, method_unavailable,
      nullptr},
-    {kMethNadcon, kEpsg, kEpsgVersion, "NADCON", method_unavailable, method_unavailable, loader_unavailable},
-    {kMethHarn, kMavo, kMavoVersion, "HARN", method_unavailable, method_unavailable, loader_unavailable},
-    {kMethNtv2, kEpsg, kEpsgVersion, "NTv2", method_unavailable, method_unavailable, loader_unavailable},
+    {{kMethNadcon, kEpsg, kEpsgVersion, "NADCON"}, method_unavailable, method_unavailable, loader_unavailable},
+    {{kMethHarn, kMavo, kMavoVersion, "HARN"}, method_unavailable, method_unavailable, loader_unavailable},
+    {{kMethNtv2, kEpsg, kEpsgVersion, "NTv2"}, method_unavailable, method_unavailable, loader_unavailable},
 };
-constexpr int kRowCount = sizeof kRows / sizeof kRows[0];
 
 const Method *method_rec(const ox_object *h) { return rec<Method>(h, OX_TAG_METHOD); }
 
@@ -40,8 +41,7 @@ ox_object *method_make(const char *name, const Fn fn[kMethSlots]) {
     Method *m = alloc_rec<Method>(kMethodDesc, name);
     if (m == nullptr) return nullptr;
     std::memcpy(m->fn, fn, sizeof m->fn);
-    if (const MethRow *r = methlist_find_by_name(name)) obj_set_code(&m->h, r->code, r->authority_name,
-                                                                     r->authority_version);
+    if (const MethRow *r = methlist_find_by_name(name)) registry_stamp(&m->h, *r);
     return &m->h;
 }
 
@@ -79,23 +79,13 @@ OX_LOADER_ROUTINE(loader_unavailable) {
     return 0;
 }
 
-const MethRow *methlist_rows(int *count) {
-    if (count != nullptr) *count = kRowCount;
-    return kRows;
-}
+std::span<const MethRow> methlist_rows() { return kRows; }
 
 const MethRow *methlist_find_by_name(const char *name) {
-    if (name == nullptr) return nullptr;
-    for (const MethRow &r : kRows)
-        if (std::strcmp(name, r.name) == 0) return &r;
-    return nullptr;
+    return registry_find_name(std::span<const MethRow>(kRows), name, NameMatch::kExact);
 }
 
-const MethRow *methlist_find_by_code(int32_t code) {
-    for (const MethRow &r : kRows)
-        if (r.code == code) return &r;
-    return nullptr;
-}
+const MethRow *methlist_find_by_code(int32_t code) { return registry_find_code(std::span<const MethRow>(kRows), code); }
 
 ox_object *methlist_new_by_code(int32_t code) {
     const MethRow *r = methlist_find_by_code(code);

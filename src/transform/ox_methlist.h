@@ -3,23 +3,22 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 #include "object/ox_object.h"
+#include "object/ox_registry.h"
 #include "transform/ox_gtconstants.h"
 
 namespace ox {
 
-struct MethRow {
-    int32_t code;
-    const char *authority_name;
-    const char *authority_version;
-    const char *name;
+struct MethRow : RegistryRow {
     ox_method_routine forward;
     ox_method_routine inverse;
     LoadConstantsRoutine load_constants;
 };
 
-const MethRow *methlist_rows(int *count);
+// The rows in stored order.
+std::span<const MethRow> methlist_rows();
 // Exact (case-sensitive) name match, first row wins; null when none.
 const MethRow *methlist_find_by_name(const char *name);
 const MethRow *methlist_find_by_code(int32_t code);

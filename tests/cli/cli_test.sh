@@ -79,6 +79,22 @@ expect "info by definition string" 0 "$wgs84_auth" "" info OX_GCS_WGS_1984
 expect "info of nothing" 1 "" "" info OX_GCS_NOTHING
 "$ox" info 1024 > "$scratch/out" || fail "info of a long transformation: exit status"
 grep -q 'AUTHORITY\["EPSG",1024\]\]$' "$scratch/out" || fail "info of a long transformation: its authority"
+expect "info by EPSG code" 0 "$wgs84_auth" "" info EPSG:4326
+expect "info of an unknown kind" 2 "" "" info --kind things 4326
+expect "info without a kind" 2 "" "" info 4326 --kind
+expect "identify with an unknown option" 2 "" "" identify --frobnicate
+# A plain code is a coordinate system first; --kind chooses another kind.
+"$ox" info 6677 | grep -q '^PROJCS\["JGD_2011_Japan_Plane_Rectangular_CS_IX"' || fail "info 6677 is the projected system"
+"$ox" info --kind datum 6677 | grep -q '^DATUM\[' || fail "info --kind datum 6677 is the datum"
+"$ox" info EPSG:7855 | grep -q 'AUTHORITY\["EPSG",7855\]\]$' || fail "info EPSG:7855"
+# What info prints, parse reads back, long transformations included.
+for code in 1314 4326 EPSG:7855 103971 9603; do
+    "$ox" info "$code" | "$ox" parse --authority 1 >/dev/null || fail "info $code | parse"
+done
+expect "project by EPSG code" 0 "500000.0000 5761038.2126" "15 52" project EPSG:32633
+expect "identify" 0 "32633 100 WGS_1984_UTM_Zone_33N" "$("$ox" info 32633)" identify --limit 1
+expect "identify nothing" 1 "" 'GEOGCS["x",DATUM["x",SPHEROID["x",6000000,300]],PRIMEM["Greenwich",0],UNIT["Degree",0.0174532925199433]]' identify
+expect "identify junk" 2 "" 'UNIT["Meter",1]' identify
 expect "list" 0 '119625 2D_Projective_Parametric
 119624 Affine_Parametric' "" list htmethod
 expect "list of an unknown kind" 2 "" "" list things
@@ -93,15 +109,15 @@ expect "project by definition string" 0 "500000.0000 5761038.2126" "15 52" proje
 expect "project by object string" 0 "500000.0000 5761038.2126" "15 52" project "$utm"
 expect "project from a system file" 0 "611350.16 5345174.84" "16.5 48.25" project --precision 2 "$scratch/utm.prj"
 expect "a geographic code" 2 "" "15 52" project 4326
-says "a geographic code" "4326 is a geographic system (GEOGCS), not a projected system"
+says "a geographic code" "the code 4326 names a GEOGCS, not a PROJCS"
 expect "an unknown code" 2 "" "15 52" project 99999
 says "an unknown code" "no catalogue object has the code 99999"
 expect "an unknown definition string" 2 "" "15 52" project OX_PCS_NOTHING
-says "an unknown definition string" "unknown definition string"
+says "an unknown definition string" "'OX_PCS_NOTHING' names no catalogue object"
 expect "a missing system file" 2 "" "15 52" project "$scratch/missing.prj"
 says "a missing system file" "cannot open '$scratch/missing.prj'"
 expect "a GEOGCS for a system" 2 "" "1 2" project "$wgs84"
-says "a GEOGCS for a system" "is a geographic system (GEOGCS)"
+says "a GEOGCS for a system" "the object string holds a GEOGCS, not a PROJCS"
 expect "an unreadable system" 2 "" "1 2" project 'PROJCS["x",GEOGCS["g"'
 says "an unreadable system" "at line 1, column 22"
 expect "no system" 2 "" "" project

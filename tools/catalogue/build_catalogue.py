@@ -44,6 +44,7 @@ ANGULAR_PARAMETERS = {
     'Latitude_Of_Center', 'Pseudo_Standard_Parallel_1', 'XY_Plane_Rotation',
 }
 GRAD_UNIT = 9105
+TM_PARAMETERS = ('False_Easting', 'False_Northing', 'Central_Meridian', 'Scale_Factor', 'Latitude_Of_Origin')
 # Code bands of each definition-string kind (the library's code-range sets).
 KIND_BANDS = {
     'GCS': [(4000, 4999), (37000, 37999), (104000, 104999)],
@@ -109,17 +110,27 @@ class Catalogue:
         self.epsg_dir = epsg_dir
         self.notes = defaultdict(Counter)    # kind -> reason -> count
         self.sources = defaultdict(Counter)  # kind -> source -> count
-        load = lambda name: read_csv(os.path.join(epsg_dir, name))
-        self.e_units = {int(r['code']): r for r in load('units.csv')}
-        self.e_pms = {int(r['code']): r for r in load('prime_meridians.csv')}
-        self.e_ells = {int(r['code']): r for r in load('ellipsoids.csv')}
-        self.e_datums = {int(r['code']): r for r in load('datums.csv')}
-        self.e_gcs = {int(r['code']): r for r in load('geographic_crs.csv')}
-        self.e_pcs = {int(r['code']): r for r in load('projected_crs.csv')}
-        self.e_gt = {int(r['code']): r for r in load('transformations.csv')}
-        self.e_vd = {int(r['code']): r for r in load('vertical_datums.csv')}
-        self.e_vcs = {int(r['code']): r for r in load('vertical_crs.csv')}
-        self.e_repl = load('replacements.csv')
+        load = lambda name: {int(r['code']): r for r in read_csv(os.path.join(epsg_dir, name))}
+        # The classic catalogue reads the rows of the classic code bands
+        # (e_*); the modern systems outside them (m_*) are added afterwards.
+        # Ellipsoids, prime meridians and datums are taken whole: rows inside
+        # the bands use some of those outside them.
+        classic = lambda rows: {c: r for c, r in rows.items() if r['in_bands'] == '1'}
+        modern = lambda rows: {c: r for c, r in rows.items() if r['in_bands'] == '0'}
+        self.a_units = load('units.csv')
+        self.e_pms = load('prime_meridians.csv')
+        self.e_ells = load('ellipsoids.csv')
+        self.e_datums = load('datums.csv')
+        gcs, pcs, gt = load('geographic_crs.csv'), load('projected_crs.csv'), load('transformations.csv')
+        self.e_gcs, self.m_gcs = classic(gcs), modern(gcs)
+        self.e_pcs, self.m_pcs = classic(pcs), modern(pcs)
+        self.e_gt, self.m_gt = classic(gt), modern(gt)
+        self.e_vd = classic(load('vertical_datums.csv'))
+        self.e_vcs = classic(load('vertical_crs.csv'))
+        # Units: those of the bands and those that the projected systems use.
+        used_units = {int(r['linear_unit_code']) for r in pcs.values()}
+        self.e_units = {c: r for c, r in self.a_units.items() if r['in_bands'] == '1' or c in used_units}
+        self.e_repl = read_csv(os.path.join(epsg_dir, 'replacements.csv'))
         inp = lambda name: read_csv(os.path.join(INPUT, name))
         self.overrides = defaultdict(dict)
         for r in inp('names.csv'):
@@ -411,6 +422,17 @@ class Catalogue:
                 ('Pseudo_Standard_Parallel_1', p[8818]), ('Scale_Factor', p[8819]), ('Azimuth', p[1036]),
                 ('Longitude_Of_Center', p[8833]), ('Latitude_Of_Center', p[8811]), ('X_Scale', 1.0),
                 ('Y_Scale', 1.0), ('XY_Plane_Rotation', 0.0)]
+        if method == 1041:  # Krovak (North Orientated): east and north by the plane's rotation
+            return PRJ['Krovak'], fe_fn + [
+                ('Pseudo_Standard_Parallel_1', p[8818]), ('Scale_Factor', p[8819]), ('Azimuth', p[1036]),
+                ('Longitude_Of_Center', p[8833]), ('Latitude_Of_Center', p[8811]), ('X_Scale', -1.0),
+                ('Y_Scale', 1.0), ('XY_Plane_Rotation', 90.0)]
+        if method == 9835:
+            return PRJ['Cylindrical_Equal_Area'], fe_fn + [('Central_Meridian', p[8802]),
+                                                           ('Standard_Parallel_1', p[8823])]
+        if method == 1028:
+            return PRJ['Equidistant_Cylindrical'], fe_fn + [('Central_Meridian', p[8802]),
+                                                            ('Standard_Parallel_1', p[8823])]
         if method == 9811:
             return PRJ['New_Zealand_Map_Grid'], fe_fn + [('Longitude_Of_Origin', p[8802]),
                                                          ('Latitude_Of_Origin', p[8801])]
@@ -464,6 +486,8 @@ class Catalogue:
         if inside([(26929, 26998), (32100, 32161), (32199, 32199), (65161, 65161), (3088, 3088),
                    (2205, 2205)]):
             return 'sp83m'
+        if self.prefix.get(gcs) == 'NAD_1983_HARN' and re.search(r'_(StatePlane|SP)_', name):
+            return 'harn'
         if '_StatePlane_' in name and self.prefix.get(gcs) == 'NAD_1983' and unit != 9001:
             return 'sp83ft1' if code < 3000 else 'sp83ft2'
         if re.search(r'UTM|_Zone_|_GK_|Gauss|_MTM_|_TM_?\d', name):
@@ -505,11 +529,9 @@ class Catalogue:
             if int(r['method_code']) == 1024:
                 gcs = 4055  # the auxiliary sphere
             name = self.pcs_name(code, r)
-            if gcs == 4152 and '_StatePlane_' in name:
-                self.notes['projcs']['HARN state plane (HARN group, not built here)'] += 1
-                continue
             candidates[code] = (name, gcs, prj, unit, self.to_gcs_unit(gcs, params), r)
         self.method_counts = Counter()
+        self.method_counts_modern = Counter()
         # Band families.
         self.family_index = {}
         for f in band_families:
@@ -599,7 +621,8 @@ class Catalogue:
                 continue
             off = int(g['first_zone']) - int(g['low'])
             for c in range(int(g['low']), int(g['high']) + 1):
-                if c in candidates and self.family_name_matches(template, c + off, candidates[c]):
+                if c in candidates and \
+                        set(dict(candidates[c][4])) == set(TM_PARAMETERS):
                     rows.append((c + off, candidates[c]))
         fam = {'template': template, 'form': 'int'}
         # A row with its false easting gives the whole rule; a row with only
@@ -614,27 +637,37 @@ class Catalogue:
             return fam
         if not rows:
             die('band family %s has neither parameters nor registry rows' % template)
-        z0, (name, gcs, prj, unit, params, r) = rows[0]
-        pv = dict(params)
+        # The rule is the one that most rows of the band follow: each pair of
+        # rows proposes the rule through both, and every row votes (a band may
+        # hold a system of another kind that the registry gave a freed code).
+        best = None
+        for i, (z0, c0) in enumerate(rows):
+            proposals = [(0.0, 6.0)] if len(rows) == 1 else []
+            for z1, c1 in rows[i + 1:]:
+                p0, p1 = dict(c0[4]), dict(c1[4])
+                proposals.append(((p1['False_Easting'] - p0['False_Easting']) / (z1 - z0),
+                                  (p1['Central_Meridian'] - p0['Central_Meridian']) / (z1 - z0)))
+            for fe_step, cm_step in proposals:
+                p0 = dict(c0[4])
+                trial = {'template': template, 'form': 'int', 'fn': p0['False_Northing'], 'k': p0['Scale_Factor'],
+                         'lat0': p0['Latitude_Of_Origin'], 'fe_step': fe_step, 'cm_step': cm_step,
+                         'fe': p0['False_Easting'] - fe_step * z0, 'cm0': p0['Central_Meridian'] - cm_step * z0}
+                votes = sum(1 for z, c in rows if self.follows_rule(trial, z, c[4]))
+                if best is None or votes > best[0]:
+                    best = (votes, trial, c0)
+        _, trial, (name, gcs, prj, unit, params, r) = best
+        fam.update(trial)
         fam.update(geogcs=int(f['geogcs']) if f['geogcs'] else gcs,
-                   projection=int(f['projection']) if f['projection'] else PRJ_TM, unit=unit,
-                   fn=pv['False_Northing'], k=pv['Scale_Factor'], lat0=pv['Latitude_Of_Origin'])
-        if len(rows) > 1:
-            z1, (_, _, _, _, params1, _) = rows[1]
-            pv1 = dict(params1)
-            fam['fe_step'] = (pv1['False_Easting'] - pv['False_Easting']) / (z1 - z0)
-            fam['cm_step'] = (pv1['Central_Meridian'] - pv['Central_Meridian']) / (z1 - z0)
-        else:
-            fam['fe_step'] = 0.0
-            fam['cm_step'] = 6.0
-        fam['fe'] = pv['False_Easting'] - fam['fe_step'] * z0
-        fam['cm0'] = pv['Central_Meridian'] - fam['cm_step'] * z0
+                   projection=int(f['projection']) if f['projection'] else PRJ_TM, unit=unit)
         return fam
 
+    def follows_rule(self, fam, zone, params):
+        pv = dict(params)
+        return all(abs(pv.get(k, math.nan) - v) < 1e-9 for k, v in self.family_member(fam, zone))
+
     def family_name_matches(self, template, zone, candidate):
-        """A registry row belongs to its band's family when it is the same kind
-        of system (some bands also hold a newer system the registry gave a
-        freed code)."""
+        """A registry row names its zone (some bands also hold a newer system
+        the registry gave a freed code)."""
         name, gcs, prj, unit, params, r = candidate
         zone_part = r['name'].split(' / ', 1)[-1]
         return re.search(r'\b%d\b' % zone, zone_part) is not None or re.search(r'%d[NS]?\b' % zone, zone_part)
@@ -650,13 +683,12 @@ class Catalogue:
         name, gcs, prj, unit, params, r = candidate
         fam = self.families[self.family_index[f['template']]]
         zone = code - int(f['low']) + int(f['first_zone'])
-        if not self.family_name_matches(f['template'], zone, candidate):
-            self.notes['projcs']['registry row inside a zone band for another system (band wins)'] += 1
-            return
         computed = self.family_member(fam, zone)
         overridden = bool(f['geogcs'])
-        same = (overridden or gcs == fam['geogcs']) and unit == fam['unit'] and all(
-            abs(dict(params).get(k, math.nan) - v) < 1e-9 for k, v in computed)
+        same = (overridden or gcs == fam['geogcs']) and unit == fam['unit'] and self.follows_rule(fam, zone, params)
+        if not same and not self.family_name_matches(f['template'], zone, candidate):
+            self.notes['projcs']['registry row inside a zone band for another system (band wins)'] += 1
+            return
         if not same and r['deprecated'] == '1':
             self.notes['projcs']['deprecated registry row in a zone band that differs from the family rule'] += 1
             return
@@ -669,19 +701,30 @@ class Catalogue:
         self.sources['projcs']['EPSG, zone families with a band'] += 1
 
     # ------------------------------------------------------------------ transformations
-    def build_transformations(self):
+    def build_transformations(self, rows=None, note=''):
+        """The registry's transformations of `rows` (the classic ones by
+        default); a name takes the registry's variant number unless its pair
+        of systems has one transformation only."""
         superseded = {1894, 1915, 1911}
         kept = {}
-        for code, r in sorted(self.e_gt.items()):
+        for code, r in sorted((self.e_gt if rows is None else rows).items()):
             if r['deprecated'] == '1' and code not in superseded and code not in self.keep['geogtran']:
-                self.notes['geogtran']['deprecated, left out'] += 1
+                self.notes['geogtran'][note + 'deprecated, left out'] += 1
                 continue
             s, t = int(r['source_crs_code']), int(r['target_crs_code'])
             if s not in self.gcs or t not in self.gcs:
-                self.notes['geogtran']['end system not in the catalogue'] += 1
+                self.notes['geogtran'][note + 'end system not in the catalogue'] += 1
+                continue
+            # A longitude rotation turns by the difference of the two prime
+            # meridians; one whose published offset is another angle has no
+            # form here.
+            pm_difference = self.pms[self.gcs[s][2]][1] - self.pms[self.gcs[t][2]][1]
+            if r['method_code'] == '9601' and abs(pm_difference - float(r['lon_offset_deg'])) > 1e-9:
+                self.notes['geogtran'][note + 'longitude rotation by another angle than its prime meridians'] += 1
                 continue
             kept[code] = r
         pairs = Counter((int(r['source_crs_code']), int(r['target_crs_code'])) for r in kept.values())
+        pairs.update((row[2], row[3]) for row in self.geogtran.values())
         for code, r in kept.items():
             s, t = int(r['source_crs_code']), int(r['target_crs_code'])
             m = re.search(r'\((\d+)\)\s*$', r['name'])
@@ -710,7 +753,7 @@ class Catalogue:
                     grid = grid[:-4]
                 params.append(('Dataset_' + grid, 0.0))
             self.geogtran[code] = (name, method, s, t, params)
-            self.sources['geogtran']['EPSG'] += 1
+            self.sources['geogtran']['EPSG' if rows is None else 'EPSG, modern'] += 1
 
     # ------------------------------------------------------------------ vertical
     def build_vertical(self):
@@ -750,6 +793,78 @@ class Catalogue:
             self.vertcs[int(r['code'])] = (r['name'], r['datum_kind'], int(r['datum']), int(r['unit']),
                                            [('Vertical_Shift', 0.0), ('Direction', float(r['direction']))])
             self.sources['vertcs']['authority band'] += 1
+
+    # ------------------------------------------------------------------ modern systems
+    def build_modern(self):
+        """Current registry systems outside the classic bands: geographic and
+        projected systems and transformations by their own codes (a datum, an
+        ellipsoid or a unit they need joins the catalogue too)."""
+        for code, r in sorted(self.m_gcs.items()):
+            if r['deprecated'] == '1':
+                self.notes['geogcs']['modern: deprecated, left out'] += 1
+                continue
+            d = int(r['datum_code'])
+            dr = self.e_datums[d]
+            ell = int(dr['ellipsoid_code'])
+            if ell not in self.ells:
+                er = self.e_ells[ell]
+                self.ells[ell] = (self.override('spheroid', ell, naming.ellipsoid_name(er['name'])),
+                                  float(er['semi_major_axis_m']), float(er['inverse_flattening']))
+                self.sources['spheroid']['EPSG, modern'] += 1
+            prefix = self.override('prefix', code, naming.short_name_of_crs(r['name']))
+            self.prefix[code] = prefix
+            short = self.override('datum', d, naming.datum_short_name(dr['name'], prefix))
+            if d not in self.datums:
+                self.datums[d] = ('D_' + short, ell)
+                self.sources['datum']['EPSG, modern'] += 1
+            self.gcs[code] = (self.override('geogcs', code, 'GCS_' + short), d,
+                              int(dr['prime_meridian_code']), self.angular_unit(int(r['angular_unit_code'])))
+            self.sources['geogcs']['EPSG, modern'] += 1
+        for code, r in sorted(self.m_pcs.items()):
+            if r['deprecated'] == '1':
+                self.notes['projcs']['modern: deprecated, left out'] += 1
+                continue
+            gcs, unit = int(r['geographic_crs_code']), int(r['linear_unit_code'])
+            if gcs not in self.gcs:
+                self.notes['projcs']['modern: geographic system not in the catalogue'] += 1
+                continue
+            if unit not in self.units:
+                ur = self.a_units[unit]
+                self.units[unit] = (self.override('unit', unit, naming.words_to_name(ur['name'].title())),
+                                    float(ur['factor']))
+                self.sources['unit']['EPSG, modern'] += 1
+            prj, params = self.pcs_parameters(code, r)
+            if prj is None:
+                self.notes['projcs']['modern: ' + params] += 1
+                continue
+            name = self.pcs_name(code, r)
+            if len(name) > 63:
+                die('projected %d: name longer than 63 characters: %s' % (code, name))
+            self.projcs[code] = ('epsg', name, gcs, prj, unit, self.to_gcs_unit(gcs, params))
+            self.method_counts_modern[r['method_name']] += 1
+            self.sources['projcs']['EPSG, modern'] += 1
+        self.build_transformations(self.m_gt, 'modern: ')
+
+    def build_wiscrs(self):
+        """The Wisconsin county systems: one system per county in metres
+        (103800 + n) and in US survey feet (103900 + n), n the county's place
+        in alphabetical order; the parameters are the registry's for the
+        county's WISCRS zone on NAD 1983 (HARN)."""
+        counties = {}
+        for code, r in sorted(self.m_pcs.items()):
+            m = re.fullmatch(r'NAD83\(HARN\) / WISCRS (.*) \((m|ftUS)\)', r['name'])
+            if not m or r['deprecated'] == '1':
+                continue
+            for county in re.split(r', | and ', m.group(1)):
+                counties.setdefault(county, {})[m.group(2)] = code
+        if len(counties) != 72:
+            die('Wisconsin has 72 counties, the registry\'s WISCRS zones name %d' % len(counties))
+        for n, county in enumerate(sorted(counties)):
+            word = naming.words_to_name(county)
+            for unit_text, base, suffix in (('m', 103800, 'Meters'), ('ftUS', 103900, 'Feet')):
+                row = self.projcs[counties[county][unit_text]]
+                self.projcs[base + n] = ('wiscrs', 'NAD_1983_HARN_WISCRS_%s_County_%s' % (word, suffix)) + row[2:]
+                self.sources['projcs']['Wisconsin county systems (WISCRS)'] += 1
 
     # ------------------------------------------------------------------ replaced codes
     def build_replaced(self):
@@ -824,9 +939,10 @@ class Catalogue:
         omit = {(r['kind'], r['defstring']) for r in self.inp('defstring_omit.csv')}
         by_name = {}
         for kind, ds, code in names:
-            # Codes outside the kind's bands (systems on the registry's newer
-            # datum codes) build by code but carry no definition string: the
-            # reverse conversion could not find them.
+            # Codes outside the kind's bands (the modern systems and the
+            # systems on the registry's newer datum codes) build by code but
+            # carry no definition string: a table's codes are those that
+            # `ox_factory` builds and that turn back into their names.
             if not any(lo <= code <= hi for lo, hi in KIND_BANDS[kind]) or (kind, ds) in omit:
                 continue
             # A definition string is a name field of 64 characters.
@@ -896,6 +1012,48 @@ class Catalogue:
                    'central_meridian', 'scale_factor', 'latitude_of_origin'], sorted(self.expect_zones))
         self.write_counts()
 
+    def audit_counts(self):
+        """Codes of each projected group that name a registry projected
+        system, and those whose differences from it the reviewed exceptions
+        file of the audit test lists."""
+        exceptions = defaultdict(set)  # code -> checks
+        for r in read_csv(os.path.join(TEST_DATA, 'catalogue_exceptions.csv')):
+            low, _, high = r['code'].partition('-')
+            for c in range(int(low), int(high or low) + 1):
+                exceptions[c].add(r['check'])
+        names = OrderedDict([('misc', '1. miscellaneous national and regional systems'),
+                             ('zone', '2. zone families and single zones'),
+                             ('sp27', '3. state plane 1927'), ('sp83m', '4. state plane 1983, metres'),
+                             ('sp83ft1', '5. state plane 1983, feet (first group)'),
+                             ('sp83ft2', '6. state plane 1983, feet (second group)'),
+                             ('harn', '7. HARN state plane'), ('wiscrs', '8. Wisconsin county systems (WISCRS)'),
+                             ('epsg', 'registry systems outside the classic bands')])
+        group_of = {c: row[0] for c, row in self.projcs.items()}
+        for fi, low, high, first in self.bands:
+            for c in range(low, high + 1):
+                group_of[c] = 'zone'
+        for m in self.members:
+            group_of[m[1]] = 'zone'
+        registry = set(self.e_pcs) | set(self.m_pcs)
+        lines = ['', '## Projected systems against the registry (the audit test)', '',
+                 'Catalogue codes that name a registry projected system are compared with it by parameters '
+                 '(`tests/catalogue_audit_test.cpp`); the differences are those of the reviewed exceptions file '
+                 '`tests/data/catalogue_exceptions.csv`.', '',
+                 '| group | codes | naming a registry system | identical | listed differences |', '|---|---|---|---|---|']
+        checks = {'datum', 'spheroid', 'primem', 'angular_unit', 'linear_unit', 'projection', 'parameters'}
+        for key, title in names.items():
+            codes = [c for c, g in group_of.items() if g == key]
+            named = [c for c in codes if c in registry]
+            differing = [c for c in named if exceptions[c] & checks]
+            lines.append('| %s | %d | %d | %d | %d |' % (title, len(codes), len(named), len(named) - len(differing),
+                                                         len(differing)))
+        unbuilt = sum(1 for c, v in exceptions.items() if 'built' in v)
+        lines += ['', 'Registry projected systems that build nothing because the registry of projections has no '
+                  'method for them: %d (listed with their method in the exceptions file).' % unbuilt,
+                  'Groups 7 and 9 of the adjusted county systems (`NAD_1983_HARN_Adj_MN_...`, '
+                  '`NAD_1983_HARN_Adj_WI_...`) are not built: the registry has no definition of them.']
+        return lines
+
     def write_counts(self):
         prefixes = OrderedDict([('GCS', 'OX_GCS_'), ('PCS', 'OX_PCS_'), ('VCS', 'OX_VCS_'), ('D', 'OX_D_'),
                                 ('VERTD', 'OX_VERTD_'), ('GT', 'OX_GT_'), ('U', 'OX_U_'), ('PM', 'OX_PM_'),
@@ -920,6 +1078,10 @@ class Catalogue:
         lines += ['', '## Projected systems by registry method (EPSG rows built)', '']
         for m, n in sorted(self.method_counts.items(), key=lambda t: (-t[1], t[0])):
             lines.append('- %s: %d' % (m, n))
+        lines += ['', '## Modern projected systems by registry method (codes outside the classic bands)', '']
+        for m, n in sorted(self.method_counts_modern.items(), key=lambda t: (-t[1], t[0])):
+            lines.append('- %s: %d' % (m, n))
+        lines += self.audit_counts()
         lines += ['', '## Left out', '']
         for kind in sorted(self.notes):
             for reason, n in sorted(self.notes[kind].items()):
@@ -942,6 +1104,8 @@ def main():
     cat.build_projected()
     cat.build_transformations()
     cat.build_vertical()
+    cat.build_modern()
+    cat.build_wiscrs()
     cat.build_replaced()
     cat.build_defstrings()
     cat.write()

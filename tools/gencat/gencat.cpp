@@ -269,7 +269,8 @@ int main(int argc, char **argv) {
         const char *groups[][2] = {{"misc", "kProjcsMisc"},         {"zone", "kProjcsZone"},
                                    {"sp27", "kProjcsStatePlane27"}, {"sp83m", "kProjcsStatePlane83"},
                                    {"sp83ft1", "kProjcsStatePlane83Feet1"}, {"sp83ft2", "kProjcsStatePlane83Feet2"},
-                                   {"special", "kProjcsSpecial"}};
+                                   {"harn", "kProjcsHarn"}, {"wiscrs", "kProjcsWiscrs"},
+                                   {"epsg", "kProjcsEpsg"}, {"special", "kProjcsSpecial"}};
         std::map<std::string, Rows> by_group;
         std::set<long> seen;
         for (size_t i = 0; i < c.rows.size(); ++i) {

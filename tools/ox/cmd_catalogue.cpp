@@ -1,5 +1,6 @@
-// Subcommands on the built-in catalogue: info, list, code.
+// Subcommands on the built-in catalogue: info, list, code, identify.
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -8,34 +9,6 @@
 
 namespace oxtool {
 namespace {
-
-struct Kind {
-    int32_t (*is)(const ox_object *);
-    void (*write)(ox_object *, int32_t, char *);
-    void (*del)(ox_object *);
-    const char *name;
-};
-const Kind kKinds[] = {
-    {ox_projcs_p, ox_projcs_to_string_ext, ox_projcs_del, "projected system (PROJCS)"},
-    {ox_geogcs_p, ox_geogcs_to_string_ext, ox_geogcs_del, "geographic system (GEOGCS)"},
-    {ox_vertcs_p, ox_vertcs_to_string_ext, ox_vertcs_del, "vertical system (VERTCS)"},
-    {ox_geogtran_p, ox_geogtran_to_string_ext, ox_geogtran_del, "transformation (GEOGTRAN)"},
-    {ox_datum_p, ox_datum_to_string_ext, ox_datum_del, "datum (DATUM)"},
-    {ox_vdatum_p, ox_vdatum_to_string_ext, ox_vdatum_del, "vertical datum (VDATUM)"},
-    {ox_spheroid_p, ox_spheroid_to_string_ext, ox_spheroid_del, "spheroid (SPHEROID)"},
-    {ox_primem_p, ox_primem_to_string_ext, ox_primem_del, "prime meridian (PRIMEM)"},
-    {ox_unit_p, ox_unit_to_string_ext, ox_unit_del, "unit (UNIT)"},
-    {ox_projection_p, ox_projection_to_string_ext, ox_projection_del, "projection (PROJECTION)"},
-    {ox_parameter_p, ox_parameter_to_string_ext, ox_parameter_del, "parameter (PARAMETER)"},
-    {ox_method_p, ox_method_to_string_ext, ox_method_del, "method (METHOD)"},
-    {ox_htmethod_p, ox_htmethod_to_string_ext, ox_htmethod_del, "horizontal method (HTMETHOD)"},
-};
-
-const Kind *kind_of(const ox_object *h) {
-    for (const Kind &k : kKinds)
-        if (k.is(h)) return &k;
-    return nullptr;
-}
 
 struct List {
     const char *kind;
@@ -53,36 +26,122 @@ const List kLists[] = {
 
 }  // namespace
 
-const char *kind_name(const ox_object *h) {
-    if (const Kind *k = kind_of(h)) return k->name;
-    return "object";
-}
-
-void delete_object(ox_object *h) {
-    if (const Kind *k = kind_of(h)) k->del(h);
-}
-
 int cmd_info(int argc, char **argv) {
-    if (argc != 2) {
-        std::fputs("usage: ox info CODE|DEFINITION_STRING (ox info --help)\n", stderr);
+    const ObjectKind *kind = nullptr;
+    const char *arg = nullptr;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--kind") == 0 && i + 1 < argc) {
+            kind = object_kind(argv[++i]);
+            if (kind == nullptr) {
+                std::fprintf(stderr, "ox info: unknown kind '%.200s'\n", argv[i]);
+                return kUsage;
+            }
+        } else if (arg == nullptr && std::strncmp(argv[i], "--", 2) != 0) {
+            arg = argv[i];
+        } else {
+            arg = nullptr;
+            break;
+        }
+    }
+    if (arg == nullptr) {
+        std::fputs("usage: ox info [--kind KIND] CODE|EPSG:CODE|DEFINITION_STRING (ox info --help)\n", stderr);
         return kUsage;
     }
-    const int32_t code = ox_factory_defstring_to_int(argv[1]);
-    ox_object *h = code != 0 ? ox_factory(code) : nullptr;
-    const Kind *k = kind_of(h);
-    if (k == nullptr) {
-        if (code == 0)
-            std::fprintf(stderr, "ox info: '%.200s' is no code and no known definition string\n", argv[1]);
-        else
-            std::fprintf(stderr, "ox info: no catalogue object has the code %d\n", code);
+    CatalogueName name;
+    if (!parse_system(arg, &name)) {
+        std::fprintf(stderr, "ox info: '%.200s' is no code and no known definition string\n", arg);
+        return kNotConverted;
+    }
+    ox_object *h = catalogue_object(name, kind, &kind);
+    if (h == nullptr) {
+        std::fprintf(stderr, "ox info: no catalogue object has the code %d\n", name.code);
         return kNotConverted;
     }
     static char text[OX_OBJSTRING_SIZE];
-    k->write(h, 2, text);
-    if (text[0] == '\0') k->write(h, 1, text);  // with every AUTHORITY too long to read back
-    k->del(h);
+    const bool ok = readable_text(h, text);
+    kind->del(h);
+    if (!ok) {
+        std::fprintf(stderr, "ox info: the object of %d has no object string that reads back\n", name.code);
+        return kNotConverted;
+    }
     std::puts(text);
     return kConverted;
+}
+
+namespace {
+
+// Reads the object string of an input for `command`; null (after a message)
+// with the exit status in `status` when it cannot be read.
+ox_object *read_input(const char *command, const char *path, void (**del)(ox_object *), int *status) {
+    std::string text;
+    if (!read_text(command, path, &text)) {
+        *status = kUsage;
+        return nullptr;
+    }
+    void (*write)(ox_object *, int32_t, char *) = nullptr;
+    const char *keyword = nullptr;
+    ox_object *h = read_any(text.c_str(), del, &write, &keyword);
+    if (h == nullptr) {
+        const std::string what = input_name(path);
+        if (keyword == nullptr)
+            std::fprintf(stderr, "ox %s: %s: does not start with the keyword of an object (GEOGCS, PROJCS, ...)\n",
+                         command, what.c_str());
+        else
+            explain_unreadable(command, what.c_str(), text.c_str(), keyword);
+        *status = kNotConverted;
+    }
+    return h;
+}
+
+}  // namespace
+
+int cmd_identify(int argc, char **argv) {
+    long limit = 10;
+    const char *path = "-";
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--limit") == 0 && i + 1 < argc) {
+            char *end = nullptr;
+            limit = std::strtol(argv[++i], &end, 10);
+            if (*end != '\0' || limit < 1 || limit > 1000) {
+                std::fputs("ox identify: --limit takes a whole number from 1 to 1000\n", stderr);
+                return kUsage;
+            }
+        } else if (std::strncmp(argv[i], "--", 2) == 0) {
+            std::fprintf(stderr, "ox identify: unknown option '%.200s'\n", argv[i]);
+            return kUsage;
+        } else {
+            path = argv[i];
+        }
+    }
+    void (*del)(ox_object *) = nullptr;
+    int status = kConverted;
+    ox_object *h = read_input("identify", path, &del, &status);
+    if (h == nullptr) return status;
+    if (!(ox_projcs_p(h) || ox_geogcs_p(h))) {
+        std::fprintf(stderr, "ox identify: %s holds a %s, not a PROJCS or GEOGCS\n", input_name(path).c_str(),
+                     kind_of(h) ? kind_of(h)->keyword : "object");
+        del(h);
+        return kUsage;
+    }
+    static ox_identify_candidate candidates[1000];
+    const int32_t found = ox_factory_identify(h, candidates, static_cast<int32_t>(limit));
+    const ObjectKind *kind = kind_of(h);
+    del(h);
+    for (int32_t i = 0; i < found && i < limit; ++i) {
+        ox_object *c = kind->build(candidates[i].code);
+        char name[OX_NAME_SIZE] = "";
+        if (c != nullptr) {
+            if (ox_projcs_p(c))
+                ox_projcs_name(c, name);
+            else
+                ox_geogcs_name(c, name);
+        }
+        kind->del(c);
+        std::printf("%d %d %s\n", candidates[i].code, candidates[i].score, name);
+    }
+    if (found > limit)
+        std::fprintf(stderr, "ox identify: %d more candidate(s) (--limit)\n", found - static_cast<int32_t>(limit));
+    return found > 0 ? kConverted : kNotConverted;
 }
 
 int cmd_list(int argc, char **argv) {
@@ -108,25 +167,14 @@ int cmd_code(int argc, char **argv) {
         return kUsage;
     }
     const char *path = argc == 2 ? argv[1] : "-";
-    std::string text;
-    if (!read_text("code", path, &text)) return kUsage;
     void (*del)(ox_object *) = nullptr;
-    void (*write)(ox_object *, int32_t, char *) = nullptr;
-    const char *keyword = nullptr;
-    ox_object *h = read_any(text.c_str(), &del, &write, &keyword);
-    const std::string what = input_name(path);
-    if (h == nullptr) {
-        if (keyword == nullptr)
-            std::fprintf(stderr, "ox code: %s: does not start with the keyword of an object (GEOGCS, PROJCS, ...)\n",
-                         what.c_str());
-        else
-            explain_unreadable("code", what.c_str(), text.c_str(), keyword);
-        return kNotConverted;
-    }
+    int status = kConverted;
+    ox_object *h = read_input("code", path, &del, &status);
+    if (h == nullptr) return status;
     const int32_t code = ox_factory_code(h);
     del(h);
     if (code <= 0) {
-        std::fprintf(stderr, "ox code: %s: no catalogue object is equal to it\n", what.c_str());
+        std::fprintf(stderr, "ox code: %s: no catalogue object is equal to it\n", input_name(path).c_str());
         std::puts("0");
         return kNotConverted;
     }

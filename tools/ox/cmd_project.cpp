@@ -4,8 +4,6 @@
 #include <strings.h>
 
 #include <cctype>
-#include <cerrno>
-#include <climits>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -20,37 +18,15 @@ namespace oxtool {
 
 namespace {
 
-bool all_digits(const char *p) {
-    if (*p == '\0') return false;
-    for (; *p != '\0'; ++p)
-        if (*p < '0' || *p > '9') return false;
-    return true;
-}
-
-// The projected system of a catalogue code, with a message when the code
-// names nothing or something else.
-ox_object *projcs_of_code(const char *command, int32_t code) {
-    if (ox_object *pcs = ox_factory_projcs(code)) return pcs;
-    ox_object *other = ox_factory(code);
-    if (other == nullptr) {
-        std::fprintf(stderr, "ox %s: no catalogue object has the code %d\n", command, code);
-        return nullptr;
-    }
-    std::fprintf(stderr, "ox %s: the code %d is a %s, not a projected system (PROJCS)\n", command, code,
-                 kind_name(other));
-    delete_object(other);
-    return nullptr;
-}
-
 // A projected system read from an object string, with a message when the
 // text is no readable PROJCS.
 ox_object *projcs_of_text(const char *command, const char *what, const char *text) {
     if (ox_object *pcs = ox_projcs_from_string(text)) return pcs;
     void (*del)(ox_object *) = nullptr;
     void (*write)(ox_object *, int32_t, char *) = nullptr;
-    if (ox_object *other = read_any(text, &del, &write)) {
-        std::fprintf(stderr, "ox %s: %s is a %s, not a projected system (PROJCS)\n", command, what,
-                     kind_name(other));
+    const char *keyword = nullptr;
+    if (ox_object *other = read_any(text, &del, &write, &keyword)) {
+        std::fprintf(stderr, "ox %s: %s holds a %s, not a PROJCS\n", command, what, keyword);
         del(other);
         return nullptr;
     }
@@ -58,27 +34,32 @@ ox_object *projcs_of_text(const char *command, const char *what, const char *tex
     return nullptr;
 }
 
+bool names_catalogue_object(const char *p) {
+    return std::isdigit(static_cast<unsigned char>(*p)) || std::strncmp(p, "OX_", 3) == 0 ||
+           strncasecmp(p, "EPSG:", 5) == 0;
+}
+
 }  // namespace
 
 ox_object *load_projcs(const char *command, const char *arg) {
     const char *p = arg;
     while (std::isspace(static_cast<unsigned char>(*p))) ++p;
-    if (all_digits(p)) {
-        errno = 0;
-        const long code = std::strtol(p, nullptr, 10);
-        if (errno != 0 || code > INT32_MAX) {
-            std::fprintf(stderr, "ox %s: no catalogue object has the code %s\n", command, p);
-            return nullptr;
+    CatalogueName name;
+    if (parse_system(p, &name)) {
+        if (ox_object *pcs = catalogue_projcs(p)) return pcs;
+        const ObjectKind *kind = nullptr;
+        if (ox_object *other = catalogue_object(name, nullptr, &kind)) {
+            std::fprintf(stderr, "ox %s: the code %d names a %s, not a PROJCS\n", command, name.code, kind->keyword);
+            kind->del(other);
+        } else {
+            std::fprintf(stderr, "ox %s: no catalogue object has the code %d\n", command, name.code);
         }
-        return projcs_of_code(command, static_cast<int32_t>(code));
+        return nullptr;
     }
-    if (std::strncmp(p, "OX_", 3) == 0) {
-        const int32_t code = ox_factory_defstring_to_int(p);
-        if (code == 0) {
-            std::fprintf(stderr, "ox %s: unknown definition string '%.200s'\n", command, p);
-            return nullptr;
-        }
-        return projcs_of_code(command, code);
+    if (names_catalogue_object(p)) {
+        std::fprintf(stderr, "ox %s: '%.200s' names no catalogue object (no such code or definition string)\n",
+                     command, p);
+        return nullptr;
     }
     if (std::strpbrk(p, "[(") != nullptr) return projcs_of_text(command, "the object string", arg);
     std::string text;

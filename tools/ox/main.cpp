@@ -40,7 +40,7 @@ const Command kCommands[] = {
      cmd_defaults},
     {"project", "project longitude/latitude points through a projected system",
      "usage: ox project [--precision N] [--output FILE] SYSTEM [INPUT|-]\n\n"
-     "SYSTEM is a projected system: a catalogue code (32633) or definition string\n"
+     "SYSTEM is a projected system: a catalogue code (32633, EPSG:7855) or definition string\n"
      "(OX_PCS_WGS_1984_UTM_ZONE_33N), an object string starting with PROJCS[, or\n"
      "the name of a file that holds one. INPUT (standard input when absent or \"-\")\n"
      "holds longitude and latitude in the angular unit of the system's GEOGCS; each\n"
@@ -51,7 +51,7 @@ const Command kCommands[] = {
      cmd_project},
     {"unproject", "unproject x/y points back to longitude/latitude",
      "usage: ox unproject [--precision N] [--center LON] [--output FILE] SYSTEM [INPUT|-]\n\n"
-     "SYSTEM is a projected system: a catalogue code (32633) or definition string\n"
+     "SYSTEM is a projected system: a catalogue code (32633, EPSG:7855) or definition string\n"
      "(OX_PCS_WGS_1984_UTM_ZONE_33N), an object string starting with PROJCS[, or\n"
      "the name of a file that holds one. INPUT (standard input when absent or \"-\")\n"
      "holds x and y in the system's linear unit; each point is written as\n"
@@ -65,10 +65,19 @@ const Command kCommands[] = {
      "  --output FILE  write to FILE instead of standard output\n\n" OX_EXIT_STATUS,
      cmd_unproject},
     {"info", "print a catalogue object by code or definition string",
-     "usage: ox info CODE|DEFINITION_STRING\n\n"
-     "Builds the object of a catalogue code (4326) or definition string\n"
-     "(OX_GCS_WGS_1984) and prints its object string with every AUTHORITY (only\n"
-     "the outermost one when the text would be too long to read back).\n\n" OX_EXIT_STATUS,
+     "usage: ox info [--kind KIND] CODE|EPSG:CODE|DEFINITION_STRING\n\n"
+     "Builds the object of a catalogue code (4326, EPSG:7855) or definition string\n"
+     "(OX_GCS_WGS_1984) and prints its object string with an AUTHORITY on every\n"
+     "object, or on the outermost object only where the whole text would be too\n"
+     "long for the reader: what it prints, `ox parse` reads back.\n\n"
+     "A plain code is tried as a projected, geographic and vertical system first,\n"
+     "then as the kind its code range names, then as any other kind; the codes of\n"
+     "the registry outside the classic bands (GDA2020 7844, MGA 7855, JGD2011\n"
+     "6668-6687, ...) build too.\n\n"
+     "  --kind KIND  build the code as KIND: projcs, geogcs, vertcs, geogtran,\n"
+     "               datum, vdatum, spheroid, primem, unit, projection,\n"
+     "               parameter, method or htmethod (ox info --kind datum 6677)\n\n"
+     OX_EXIT_STATUS,
      cmd_info},
     {"list", "list the catalogue objects of a kind",
      "usage: ox list KIND\n\n"
@@ -83,6 +92,19 @@ const Command kCommands[] = {
      "the equal catalogue object and its definition string; \"0\" when the catalogue\n"
      "has no equal object.\n\n" OX_EXIT_STATUS,
      cmd_code},
+    {"identify", "find the catalogue systems equivalent to an object string",
+     "usage: ox identify [--limit N] [FILE|-]\n\n"
+     "Reads a PROJCS or GEOGCS object string from FILE or standard input and\n"
+     "prints the catalogue systems with the same projection, parameters (within\n"
+     "1e-9 relative; an omitted parameter takes its default), spheroid, prime\n"
+     "meridian and units, one per line as \"code score name\", best first:\n\n"
+     "  100  names and parameters equal\n"
+     "   90  parameters and datum name equal, the system named otherwise\n"
+     "   80  parameters equal, on a datum of another name and the same figure\n\n"
+     "  --limit N  print at most N candidates, 1 to 1000 (default 10)\n\n"
+     OX_EXIT_STATUS "(1 also when nothing is equivalent; 2 for an object other than a PROJCS or\n"
+     "GEOGCS.)\n",
+     cmd_identify},
 };
 
 void overview(FILE *out) {

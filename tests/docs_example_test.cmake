@@ -1,0 +1,21 @@
+# The example of docs/ARCHITECTURE.md ("How to add a projection") is the
+# library's own source file, word for word, so that it compiles.
+# Usage: cmake -DROOT=<source dir> -P docs_example_test.cmake
+file(READ "${ROOT}/docs/ARCHITECTURE.md" doc)
+string(REGEX MATCH "<!-- example: ([^ ]+) -->\n```cpp\n" marker "${doc}")
+if(NOT marker)
+  message(FATAL_ERROR "no example marker in docs/ARCHITECTURE.md")
+endif()
+set(path "${CMAKE_MATCH_1}")
+string(FIND "${doc}" "${marker}" start)
+string(LENGTH "${marker}" marker_length)
+math(EXPR start "${start} + ${marker_length}")
+string(SUBSTRING "${doc}" ${start} -1 rest)
+string(FIND "${rest}" "\n```" end)
+string(SUBSTRING "${rest}" 0 ${end} example)
+file(READ "${ROOT}/${path}" source)
+string(STRIP "${source}" source)
+string(STRIP "${example}" example)
+if(NOT example STREQUAL source)
+  message(FATAL_ERROR "the example in docs/ARCHITECTURE.md differs from ${path}")
+endif()
