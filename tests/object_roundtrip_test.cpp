@@ -345,6 +345,15 @@ TEST(RoundTrip, WhatTheWriterRefuses) {
     EXPECT_EQ(oxtest::text_of(utm.get()), "");
     ox_parameter_name_set(params[0], "False_Easting");
     EXPECT_NE(oxtest::text_of(utm.get()), "");
+    // The grid parameter's slot comes from a grid name after "Dataset_",
+    // which white space alone is not once the reader has dropped it.
+    Owned grid(ox_factory_geogtran(1241));
+    ASSERT_TRUE(grid);
+    ox_geogtran_parameters(grid.get(), params);
+    ASSERT_NE(params[15], nullptr);
+    EXPECT_NE(oxtest::text_of(grid.get()), "");
+    ox_parameter_name_set(params[15], "Dataset_\f\f");
+    EXPECT_EQ(oxtest::text_of(grid.get()), "");
     // A text longer than the reader takes: a catalogue transformation with
     // every authority written.
     Owned tran(ox_factory_geogtran(1024));

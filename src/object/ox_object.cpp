@@ -299,8 +299,10 @@ bool blank(const char *s) {
 }
 
 // The slot that the reader gives a parameter of this name: that of a new
-// parameter of the name (a parameter renamed with ox_parameter_name_set
-// keeps the slot of its old name, which its object string does not carry).
+// parameter of the name as the reader sees it (white space at its ends
+// dropped, any other turned into blanks).  A parameter renamed with
+// ox_parameter_name_set keeps the slot of its old name, which its object
+// string does not carry.
 int32_t slot_read_as(const ox_object *parameter) {
     // The usual case: the parameter bears the list's name of its code (the
     // grid parameter, whose name is "Dataset_" and a grid's, apart).
@@ -309,7 +311,12 @@ int32_t slot_read_as(const ox_object *parameter) {
     Parameter read{};
     read.h.type = OX_TAG_PARAMETER;
     read.h.code = -1;
-    copy_bounded(read.h.name, parameter->name, sizeof read.h.name);
+    const char *p = parameter->name;
+    while (is_space(static_cast<unsigned char>(*p))) ++p;
+    size_t n = 0;
+    for (; *p != '\0'; ++p) read.h.name[n++] = is_space(static_cast<unsigned char>(*p)) ? ' ' : *p;
+    while (n > 0 && read.h.name[n - 1] == ' ') --n;
+    read.h.name[n] = '\0';
     parmlist_set_code(&read.h);
     return ox_parameter_index(&read.h);
 }
