@@ -119,9 +119,7 @@ public:
                 continue;
             }
             add(raw.text);
-            if (static_cast<int32_t>(points_.size()) >= kBatchPoints * job_.values_per_point ||
-                text_.size() >= kBatchBytes)
-                flush();
+            if (lines_.size() >= kBatchLines || text_.size() >= kBatchBytes) flush();
         }
         flush();
         if (in_.failed()) {

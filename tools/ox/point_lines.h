@@ -27,9 +27,9 @@
 //     reported with its line number and reason.
 //
 // Conversion
-//   Points are collected in batches (up to kBatchPoints points and about
-//   kBatchBytes of text) and handed to `convert` once per batch, which
-//   converts the whole array with one library call.
+//   Lines are collected in batches (up to kBatchLines lines and about
+//   kBatchBytes of text) and their points handed to `convert` once per
+//   batch, which converts the whole array with one library call.
 //
 // Exit status (run_point_lines's result, the tool's convention)
 //   0  every point line converted;
@@ -44,7 +44,7 @@
 namespace oxtool {
 
 inline constexpr size_t kMaxLine = 1 << 16;       // longer lines are reported and copied through
-inline constexpr int32_t kBatchPoints = 4096;     // points per conversion call
+inline constexpr size_t kBatchLines = 4096;       // lines (so at most as many points) per conversion call
 inline constexpr size_t kBatchBytes = 1 << 20;    // text held per batch
 
 // One batch of points handed to the conversion.
