@@ -18,6 +18,16 @@
  *  - Coordinate arrays hold `n` pairs of doubles (x then y, longitude then
  *    latitude) and are converted in place; functions return the number of
  *    points converted.
+ *  - Threads: the process-wide state (the object-edit home, the library's
+ *    caches) may be initialised and used from any number of threads at once.
+ *    Objects carry no lock: an object is used by one thread at a time, with
+ *    one exception: a projected system whose constants are loaded
+ *    (`ox_projcs_load_constants`, or a first conversion) may convert points
+ *    on several threads at once.  `_authority` and `_to_string_ext` with
+ *    option 1 or 2 may build the object's authority, and a conversion may
+ *    load constants: both write into the object.  Set the object-edit
+ *    directory before the threads start, so that every object is built from
+ *    one setting.
  *  - Whatever a `_to_string*` function writes, the type's `_from_string`
  *    reads back as an equal object.  What no object string can carry is
  *    refused: every `_new` and name setter refuses a name that contains a
