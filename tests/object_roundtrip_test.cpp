@@ -120,10 +120,15 @@ public:
     }
 
     // Parts that always build (so that composites exist), with hostile
-    // names and numbers wherever the constructors allow them.
+    // names and numbers wherever the constructors allow them.  Every random
+    // draw is a statement of its own, so that the sequence does not depend
+    // on the compiler's order of evaluating arguments.
     ox_object *unit() {
         ox_object *u = nullptr;
-        while (u == nullptr) u = ox_unit_new(plain_name().c_str(), positive());
+        while (u == nullptr) {
+            const std::string name = plain_name();
+            u = ox_unit_new(name.c_str(), positive());
+        }
         maybe_authority(u);
         return u;
     }
@@ -137,26 +142,42 @@ public:
     }
     ox_object *spheroid() {
         ox_object *s = nullptr;
-        while (s == nullptr)
-            s = ox_spheroid_new(plain_name().c_str(), positive(), chance(20) ? 0.0 : std::fmod(positive(), 1.0));
+        while (s == nullptr) {
+            const std::string name = plain_name();
+            const double axis = positive();
+            const double flattening = chance(20) ? 0.0 : std::fmod(positive(), 1.0);
+            s = ox_spheroid_new(name.c_str(), axis, flattening);
+        }
         maybe_authority(s);
         return s;
     }
     ox_object *primem() {
-        ox_object *p = ox_primem_new(plain_name().c_str(), std::fmod(number(), 180.0) * (chance(50) ? 1 : 0));
-        if (p == nullptr) p = ox_primem_new(plain_name().c_str(), 180.0);
+        const std::string name = plain_name();
+        const double longitude = std::fmod(number(), 180.0);
+        ox_object *p = ox_primem_new(name.c_str(), chance(50) ? longitude : 0.0);
+        if (p == nullptr) p = ox_primem_new(name.c_str(), 180.0);  // NaN
         maybe_authority(p);
         return p;
     }
-    ox_object *datum() { return ox_datum_new(plain_name().c_str(), spheroid()); }
-    ox_object *geogcs() { return ox_geogcs_new(plain_name().c_str(), datum(), primem(), unit()); }
+    ox_object *datum() {
+        const std::string name = plain_name();
+        return ox_datum_new(name.c_str(), spheroid());
+    }
+    ox_object *geogcs() {
+        const std::string name = plain_name();
+        ox_object *datum = this->datum();
+        ox_object *primem = this->primem();
+        return ox_geogcs_new(name.c_str(), datum, primem, unit());
+    }
     ox_object *projcs() {
         ox_object *projection = ox_factory_projection(43001 + pick(59));
         ox_object *params[OX_PARAMETER_SLOTS];
         ox_parameter_projection_defaults(projection, params);
         for (ox_object *p : params)
             if (p != nullptr && chance(50)) ox_parameter_value_set(p, number());
-        return ox_projcs_new(plain_name().c_str(), geogcs(), projection, params, linear_unit());
+        const std::string name = plain_name();
+        ox_object *geogcs = this->geogcs();
+        return ox_projcs_new(name.c_str(), geogcs, projection, params, linear_unit());
     }
     ox_object *coordsys() { return chance(50) ? geogcs() : projcs(); }
     ox_object *vertcs() {
@@ -165,7 +186,8 @@ public:
         params[1] = ox_factory_parameter(100007);
         ox_parameter_value_set(params[0], number());
         ox_object *datum = chance(50) ? ox_vdatum_new(plain_name().c_str()) : this->datum();
-        return ox_vertcs_new(plain_name().c_str(), datum, params, linear_unit());
+        const std::string name = plain_name();
+        return ox_vertcs_new(name.c_str(), datum, params, linear_unit());
     }
     ox_object *geogtran() {
         static const int32_t kMethods[] = {9603, 9606, 9607, 9604, 9613};
@@ -174,27 +196,41 @@ public:
         ox_parameter_method_defaults(method, params);
         for (ox_object *p : params)
             if (p != nullptr) ox_parameter_value_set(p, number());
-        return ox_geogtran_new(plain_name().c_str(), geogcs(), geogcs(), method, params);
+        const std::string name = plain_name();
+        ox_object *from = geogcs();
+        ox_object *to = geogcs();
+        return ox_geogtran_new(name.c_str(), from, to, method, params);
     }
     ox_object *array() {
         std::vector<double> values(pick(3) == 0 ? pick(300) : pick(9));
         for (double &v : values) v = number();
-        return ox_array_new(plain_name().c_str(), static_cast<int32_t>(values.size()), values.data());
+        const std::string name = plain_name();
+        return ox_array_new(name.c_str(), static_cast<int32_t>(values.size()), values.data());
     }
     ox_object *adjhcs() {
-        return ox_adjhcs_new(plain_name().c_str(), coordsys(), ox_factory_htmethod(119624 + pick(2)), array(),
-                             unit());
+        const std::string name = plain_name();
+        ox_object *coordsys = this->coordsys();
+        ox_object *method = ox_factory_htmethod(119624 + pick(2));
+        ox_object *array = this->array();
+        return ox_adjhcs_new(name.c_str(), coordsys, method, array, unit());
     }
-    ox_object *geoxyzcs() { return ox_geoxyzcs_new(plain_name().c_str(), geogcs(), linear_unit()); }
+    ox_object *geoxyzcs() {
+        const std::string name = plain_name();
+        ox_object *geogcs = this->geogcs();
+        return ox_geoxyzcs_new(name.c_str(), geogcs, linear_unit());
+    }
     ox_object *hvcoordsys() {
         const int which = pick(3);
-        return ox_hvcoordsys_new(which != 1 ? coordsys() : nullptr, which != 0 ? vertcs() : nullptr);
+        ox_object *coordsys = which != 1 ? this->coordsys() : nullptr;
+        return ox_hvcoordsys_new(coordsys, which != 0 ? vertcs() : nullptr);
     }
 
+    // An authority of a code that no catalogue band holds (a unit with an
+    // angular code would count as angular).
     void maybe_authority(ox_object *h) {
         if (h == nullptr || !chance(20)) return;
-        ox_object *a = ox_authority_new(plain_name().c_str(), 1 + pick(1000000), "v");
-        ox::obj_authority_set(h, h->type, a);
+        const std::string name = plain_name();
+        ox::obj_authority_set(h, h->type, ox_authority_new(name.c_str(), 1000000 + pick(1000000), "v"));
     }
 
 private:
