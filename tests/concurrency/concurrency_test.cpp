@@ -1,8 +1,9 @@
 // Threads that use the library at once, from a cold start: no library call
 // is made before the threads run, so every piece of lazily initialised
 // process state (the object-edit home read from the environment and its file
-// indexes, the locale's decimal point, the reverse look-up indexes, the
-// choice of the point loops) is first touched by several threads together.
+// indexes, the locale's decimal point, the reverse look-up and identification
+// indexes, the choice of the point loops) is first touched by several
+// threads together.
 //
 //  1. Each thread builds, converts, writes and reads objects of its own.
 //  2. Every thread converts through one shared projected system whose
@@ -87,6 +88,13 @@ void own_objects(int thread, std::string *text_out) {
         char name[OX_NAME_SIZE];
         ox_spheroid_name(ox_datum_spheroid(ox_geogcs_datum(ox_projcs_geogcs(utm))), name);
         CHECK(std::strcmp(name, "WGS_1984_Edited") == 0);
+
+        // Identification (an index of the catalogue built once, by whichever
+        // thread comes first).
+        if (round % 5 == 0) {
+            ox_identify_candidate candidates[4];
+            CHECK(ox_factory_identify(utm, candidates, 4) >= 1 && candidates[0].code == 32633);
+        }
 
         // Writing with every authority (built lazily on the object), reading back.
         ox_projcs_to_string_ext(utm, 2, text);
