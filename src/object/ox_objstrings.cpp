@@ -267,8 +267,8 @@ Scientific scientific(double value, int precision) {
 // as those digits need, trailing zeros stripped; below 1e-9, or when the
 // fixed text exceeds 24 characters, print with %g; from 1e16 on, with %e),
 // built from one exact scientific conversion where the digits suffice.
-int format_double(double value, char *out, int digits, bool *shortened) {
-    if (shortened != nullptr) *shortened = false;
+int format_double(double value, char *out, int digits, bool *doubtful) {
+    if (doubtful != nullptr) *doubtful = false;
     if (!std::isfinite(value)) {
         const char *s = std::isnan(value) ? "nan" : (value < 0 ? "-inf" : "inf");
         std::strcpy(out, s);
@@ -280,7 +280,11 @@ int format_double(double value, char *out, int digits, bool *shortened) {
         ((d.sig[13] == '0' && d.sig[14] == '0') || (d.sig[13] == '9' && d.sig[14] == '9'))) {
         // The 16th digit is representation noise: 15 significant digits.
         digits = 15;
-        if (shortened != nullptr) *shortened = true;
+        // Rounding to 15 digits moves the value by up to half a unit of the
+        // 15th digit, 5e-15 of the leading digit's unit: within the equality
+        // rule's 2^-48 (relative) when the value's first two digits are 15
+        // or more, perhaps not below.
+        if (doubtful != nullptr) *doubtful = d.sig[0] == '1' && d.sig[1] < '5';
         if (d.sig[15] == '5') {
             d = scientific(value, 14);  // a 5 may itself come from rounding: convert again, exactly
         } else {
@@ -313,7 +317,7 @@ int format_double(double value, char *out, int digits, bool *shortened) {
     // Below 1e-9 or longer than 24 characters: the general form; from 1e16
     // on, the exponent form with the default six decimals (precision is lost
     // there, as before).
-    if (e >= 0 && shortened != nullptr) *shortened = true;
+    if (e >= 0 && doubtful != nullptr) *doubtful = true;
     const auto r = e < 0 ? std::to_chars(out, out + 47, value, std::chars_format::general, digits - 1)
                          : std::to_chars(out, out + 47, value, std::chars_format::scientific, 6);
     *r.ptr = '\0';
@@ -363,23 +367,20 @@ namespace ox {
 // ---------------------------------------------------------------------------
 namespace {
 
-// Whether the text of `v` reads back as a value equal to it.  Sixteen
-// significant digits always do (within 5e-16, relative); a shortened text
-// need not: from 1e16 on it keeps seven digits, and the "00"/"99" rule
-// rounds to 15, which can lose up to 5e-15 of a value whose leading digit is
-// 1, more than the equality rule's 2^-48.
-bool reads_back(double v, const char *text, bool shortened) {
+// Whether the text of `v` reads back as a value equal to it; only a doubtful
+// text (format_double) is read back to know.
+bool reads_back(double v, const char *text, bool doubtful) {
     double r;
-    return std::isfinite(v) && (!shortened || (read_number(text, &r) && equal_rule(v, r)));
+    return std::isfinite(v) && (!doubtful || (read_number(text, &r) && equal_rule(v, r)));
 }
 
 }  // namespace
 
 void TextOut::put_number(double v) {
-    bool shortened = false;
+    bool doubtful = false;
     if (len + 48 < cap) {  // room for any number: write in place
-        const int n = format_double(v, buf + len, 16, &shortened);
-        if (!reads_back(v, buf + len, shortened)) {
+        const int n = format_double(v, buf + len, 16, &doubtful);
+        if (!reads_back(v, buf + len, doubtful)) {
             ok = false;
             return;
         }
@@ -387,8 +388,8 @@ void TextOut::put_number(double v) {
         return;
     }
     char t[48];
-    const int n = format_double(v, t, 16, &shortened);
-    if (!reads_back(v, t, shortened)) ok = false;
+    const int n = format_double(v, t, 16, &doubtful);
+    if (!reads_back(v, t, doubtful)) ok = false;
     put(t, static_cast<size_t>(n));
 }
 

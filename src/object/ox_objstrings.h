@@ -40,11 +40,13 @@ int tokenize_object_string(Tokens *work, const char *text, const char *keyword, 
 
 // Writes `value` with `digits` significant digits (always 16 in object
 // strings) and the "00"/"99" rule; '.' is always the decimal point.  `out`
-// must hold 48 characters.  Returns the length.  `shortened`, when given,
-// tells whether the text kept fewer digits than asked for (the "00"/"99"
-// rule, or the exponent form of values from 1e16 on), the only texts that
-// may not read back as a value equal to `value`.
-int format_double(double value, char *out, int digits = 16, bool *shortened = nullptr);
+// must hold 48 characters.  Returns the length.  `doubtful`, when given,
+// tells whether the text might not read back as a value equal to `value`
+// under the equality rule: sixteen significant digits always do (within
+// 5e-16, relative), the exponent form of values from 1e16 on keeps seven,
+// and the "00"/"99" rule's 15 digits may lose up to 5e-15 of a value whose
+// first digits are 10 to 14.
+int format_double(double value, char *out, int digits = 16, bool *doubtful = nullptr);
 
 // Reads a number token the way the object strings define it: leading number,
 // trailing junk ignored, a non-number reads as 0.0.  False for a result that

@@ -30,7 +30,7 @@ bool eq_values(const ox_object *a, const ox_object *b) {
 // read as a flattening of 1, which no spheroid has.
 bool writable(const ox_object *h) {
     const double f = reinterpret_cast<const Spheroid *>(h)->flattening;
-    if (f <= kZero) return true;
+    if (f < 0.5) return true;  // an inverse of 2 or more, or a sphere
     char text[48];
     format_double(1.0 / f, text);
     double inverse = 0.0;
