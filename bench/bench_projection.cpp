@@ -48,6 +48,8 @@ constexpr System kSystems[] = {
     {"Behrmann", "Behrmann", "", kWgs84Rf, 0, 180, -80, 84},
     {"EquidistantCylindrical", "Equidistant_Cylindrical", "Standard_Parallel_1=30", kWgs84Rf, 0, 180, -80, 84},
     {"PlateCarree", "Plate_Carree", "", kWgs84Rf, 0, 180, -80, 84},
+    {"Fuller", "Fuller", "Option=0", kWgs84Rf, 0, 180, -90, 90},
+    {"Cube", "Cube", "Central_Meridian=0;Option=0", kWgs84Rf, 0, 180, -90, 90},
 };
 
 ox_object *projcs(const System &s) {

@@ -59,12 +59,15 @@ int cmd_info(int argc, char **argv) {
     }
     static char text[OX_OBJSTRING_SIZE];
     const bool ok = readable_text(h, text);
+    if (ok) {
+        std::puts(text);
+        print_pcs_summary(stdout, h);
+    }
     kind->del(h);
     if (!ok) {
         std::fprintf(stderr, "ox info: the object of %d has no object string that reads back\n", name.code);
         return kNotConverted;
     }
-    std::puts(text);
     return kConverted;
 }
 

@@ -100,6 +100,33 @@ private:
     size_t pos_ = 0, len_ = 0;
 };
 
+void report_line(const char *command, int64_t number, const char *why) {
+    std::fprintf(stderr, "ox %s: line %lld: %s\n", command, static_cast<long long>(number), why);
+}
+
+// Reports an overlong line and copies it whole, with its line break.
+void copy_overlong(const char *command, int64_t number, Input &in, const RawLine &raw, std::FILE *out) {
+    report_line(command, number, "longer than 65536 characters");
+    std::fwrite(raw.text.data(), 1, raw.text.size(), out);
+    in.copy_rest(out);
+    std::fputc('\n', out);
+}
+
+bool blank_or_comment(const std::string &line) {
+    size_t i = 0;
+    while (i < line.size() && is_blank(line[i])) ++i;
+    return i == line.size() || line[i] == '#';
+}
+
+// The exit status at the end of the input.
+int end_status(const char *command, const Input &in, int64_t not_converted) {
+    if (in.failed()) {
+        std::fprintf(stderr, "ox %s: cannot read the input: %s\n", command, std::strerror(errno));
+        return 2;
+    }
+    return not_converted > 0 ? 1 : 0;
+}
+
 class Run {
 public:
     Run(const PointJob &job, Input &in, std::FILE *out) : job_(job), in_(in), out_(out) {}
@@ -112,21 +139,15 @@ public:
             ++number_;
             if (raw.overlong) {
                 flush();  // keep the order: what came before first
-                report(number_, "longer than 65536 characters");
-                std::fwrite(raw.text.data(), 1, raw.text.size(), out_);
-                in_.copy_rest(out_);
-                std::fputc('\n', out_);
+                copy_overlong(job_.command, number_, in_, raw, out_);
+                ++not_converted_;
                 continue;
             }
             add(raw.text);
             if (lines_.size() >= kBatchLines || text_.size() >= kBatchBytes) flush();
         }
         flush();
-        if (in_.failed()) {
-            std::fprintf(stderr, "ox %s: cannot read the input: %s\n", job_.command, std::strerror(errno));
-            return 2;
-        }
-        return not_converted_ > 0 ? 1 : 0;
+        return end_status(job_.command, in_, not_converted_);
     }
 
 private:
@@ -148,7 +169,7 @@ private:
     }
 
     void report(int64_t number, const char *why) {
-        std::fprintf(stderr, "ox %s: line %lld: %s\n", job_.command, static_cast<long long>(number), why);
+        report_line(job_.command, number, why);
         ++not_converted_;
     }
 
@@ -157,12 +178,11 @@ private:
         Line l{Line::kCopy, text_.size(), line.size(), 0, -1, nullptr, 0, number_};
         text_.append(line);
         const char *begin = line.data(), *end = begin + line.size();
-        const char *p = begin;
-        while (p < end && is_blank(*p)) ++p;
-        if (p == end || *p == '#') {  // blank or comment: copied
+        if (blank_or_comment(line)) {  // copied
             lines_.push_back(l);
             return;
         }
+        const char *p = begin;
         const char *why = nullptr;
         if (std::memchr(begin, '\0', line.size()) != nullptr) why = "contains a NUL byte";
         double values[8];
@@ -266,29 +286,73 @@ const char *parse_number(const char *text, const char *end, double *value, const
     return nullptr;
 }
 
-int run_point_lines(const PointJob &job, const char *input, const char *output) {
+namespace {
+
+// Opens the input and the output, runs `body` over them and closes them;
+// the exit status of the body, or 2 when a file cannot be opened or the
+// output not written.
+template <class Body>
+int with_files(const char *command, const char *input, const char *output, Body body) {
     std::FILE *in = is_stdio(input) ? stdin : std::fopen(input, "rb");
     if (in == nullptr) {
-        std::fprintf(stderr, "ox %s: cannot open '%s': %s\n", job.command, input, std::strerror(errno));
+        std::fprintf(stderr, "ox %s: cannot open '%s': %s\n", command, input, std::strerror(errno));
         return 2;
     }
     std::FILE *out = is_stdio(output) ? stdout : std::fopen(output, "wb");
     if (out == nullptr) {
-        std::fprintf(stderr, "ox %s: cannot write '%s': %s\n", job.command, output, std::strerror(errno));
+        std::fprintf(stderr, "ox %s: cannot write '%s': %s\n", command, output, std::strerror(errno));
         if (in != stdin) std::fclose(in);
         return 2;
     }
     Input reader(in);
-    Run run(job, reader, out);
-    int status = run.go();
+    int status = body(reader, out);
     if (in != stdin) std::fclose(in);
     const bool written = std::fflush(out) == 0 && !std::ferror(out);
     if (out != stdout && std::fclose(out) != 0) status = 2;
     if (!written) {
-        std::fprintf(stderr, "ox %s: cannot write the output: %s\n", job.command, std::strerror(errno));
+        std::fprintf(stderr, "ox %s: cannot write the output: %s\n", command, std::strerror(errno));
         status = 2;
     }
     return status;
+}
+
+}  // namespace
+
+int run_point_lines(const PointJob &job, const char *input, const char *output) {
+    return with_files(job.command, input, output, [&job](Input &in, std::FILE *out) { return Run(job, in, out).go(); });
+}
+
+int run_lines(const LineJob &job, const char *input, const char *output) {
+    return with_files(job.command, input, output, [&job](Input &in, std::FILE *out) {
+        RawLine raw;
+        std::string message;
+        int64_t number = 0, not_converted = 0;
+        for (;;) {
+            in.next(&raw);
+            if (raw.eof) break;
+            ++number;
+            if (raw.overlong) {
+                copy_overlong(job.command, number, in, raw, out);
+                ++not_converted;
+                continue;
+            }
+            if (!blank_or_comment(raw.text)) {
+                const bool cr = !raw.text.empty() && raw.text.back() == '\r';
+                message.clear();
+                if (std::memchr(raw.text.data(), '\0', raw.text.size()) != nullptr) {
+                    message = "contains a NUL byte";
+                } else if (job.convert(out, raw.text.substr(0, raw.text.size() - (cr ? 1 : 0)), &message)) {
+                    std::fputs(cr ? "\r\n" : "\n", out);
+                    continue;
+                }
+                report_line(job.command, number, message.c_str());
+                ++not_converted;
+            }
+            std::fwrite(raw.text.data(), 1, raw.text.size(), out);
+            std::fputc('\n', out);
+        }
+        return end_status(job.command, in, not_converted);
+    });
 }
 
 }  // namespace oxtool

@@ -1,7 +1,8 @@
 // Streaming, line-based reading of points for the subcommands that convert
-// coordinates (project and unproject; every subcommand that converts points
-// line by line is meant to use it, so that all of them read input, report
-// errors and exit alike).
+// coordinates line by line (project and unproject through run_point_lines,
+// a batch of points per library call; georef, mgrs and geodesic through
+// run_lines, a line at a time), so that all of them read input, report
+// errors and exit alike.
 //
 // Input and output
 //   The input is a file or standard input ("-" or none), read in bounded
@@ -40,6 +41,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <functional>
+#include <string>
 
 namespace oxtool {
 
@@ -71,6 +73,25 @@ struct PointJob {
 // points and writes `output` (a path, or null or "-" for standard output).
 // Returns the exit status above.
 int run_point_lines(const PointJob &job, const char *input, const char *output);
+
+// A subcommand whose lines are converted one at a time as text (grid
+// references, whose fields are not all numbers, and conversions of a single
+// point per call).  The input, output, blank lines, comments, NUL bytes,
+// overlong lines, messages and exit status are those of run_point_lines.
+struct LineJob {
+    const char *command;
+    // Converts one line (without its line break or a final carriage return;
+    // neither blank nor a comment; no NUL byte): writes the converted text to
+    // `out`, without a line break, and returns true; or returns false, having
+    // written nothing, with the reason in `message` (the line is then
+    // reported and copied unchanged).
+    std::function<bool(std::FILE *out, const std::string &line, std::string *message)> convert;
+};
+
+// Reads `input` (a path, or null or "-" for standard input), converts it
+// line by line and writes `output` (a path, or null or "-" for standard
+// output).  Returns the exit status above.
+int run_lines(const LineJob &job, const char *input, const char *output);
 
 // Reads a strict number (the grammar above) at the start of `text`, which
 // ends at `end`.  On success stores the value and the end of the number
