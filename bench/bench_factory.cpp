@@ -101,25 +101,28 @@ void BM_FactoryIdentifyGeographic(benchmark::State &state) {
 }
 BENCHMARK(BM_FactoryIdentifyGeographic);
 
-void BM_PredefinedProjcs(benchmark::State &state) {
-    ox_objedithome_setdir(nullptr);
+// Builds a predefined list again and again (once before the timed loop, so
+// that an object-edit file is indexed outside it).
+void run_predefined(benchmark::State &state, ox_predefined_entry *(*list_of)(int32_t *)) {
+    int32_t count = 0;
+    ox_table_del(list_of(&count));
     for (auto _ : state) {
-        int32_t count = 0;
-        ox_predefined_entry *list = ox_predefined_projcs(&count);
+        ox_predefined_entry *list = list_of(&count);
         benchmark::DoNotOptimize(list);
         ox_table_del(list);
     }
+    state.counters["entries"] = count;
+}
+
+void BM_PredefinedProjcs(benchmark::State &state) {
+    ox_objedithome_setdir(nullptr);
+    run_predefined(state, ox_predefined_projcs);
 }
 BENCHMARK(BM_PredefinedProjcs)->Unit(benchmark::kMillisecond);
 
 void BM_PredefinedGeogcs(benchmark::State &state) {
     ox_objedithome_setdir(nullptr);
-    for (auto _ : state) {
-        int32_t count = 0;
-        ox_predefined_entry *list = ox_predefined_geogcs(&count);
-        benchmark::DoNotOptimize(list);
-        ox_table_del(list);
-    }
+    run_predefined(state, ox_predefined_geogcs);
 }
 BENCHMARK(BM_PredefinedGeogcs)->Unit(benchmark::kMillisecond);
 
@@ -151,18 +154,11 @@ private:
     std::string file_;
 };
 
-// `ox list geogcs` with a large object-edit file (the file is indexed once,
-// outside the timed loop; each build then stats it once).
+// `ox list geogcs` with a large object-edit file (indexed once; each build
+// then stats it once).
 void BM_PredefinedGeogcsEditFile(benchmark::State &state) {
     EditDirectory edits(state.range(0));
-    int32_t count = 0;
-    ox_table_del(ox_predefined_geogcs(&count));
-    for (auto _ : state) {
-        ox_predefined_entry *list = ox_predefined_geogcs(&count);
-        benchmark::DoNotOptimize(list);
-        ox_table_del(list);
-    }
-    state.counters["entries"] = count;
+    run_predefined(state, ox_predefined_geogcs);
 }
 BENCHMARK(BM_PredefinedGeogcsEditFile)->Arg(200000)->Unit(benchmark::kMillisecond);
 
