@@ -1,6 +1,11 @@
 // The catalogue: building by code, definition strings, the reverse look-up
 // and the predefined lists.
 #include <benchmark/benchmark.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <string>
 
 #include "object/ox_object.h"
 #include "ox.h"
@@ -96,15 +101,90 @@ void BM_FactoryIdentifyGeographic(benchmark::State &state) {
 }
 BENCHMARK(BM_FactoryIdentifyGeographic);
 
-void BM_PredefinedProjcs(benchmark::State &state) {
-    ox_objedithome_setdir(nullptr);
+// Builds a predefined list again and again (once before the timed loop, so
+// that an object-edit file is indexed outside it).
+void run_predefined(benchmark::State &state, ox_predefined_entry *(*list_of)(int32_t *)) {
+    int32_t count = 0;
+    ox_table_del(list_of(&count));
     for (auto _ : state) {
-        int32_t count = 0;
-        ox_predefined_entry *list = ox_predefined_projcs(&count);
+        ox_predefined_entry *list = list_of(&count);
         benchmark::DoNotOptimize(list);
         ox_table_del(list);
     }
+    state.counters["entries"] = count;
+}
+
+void BM_PredefinedProjcs(benchmark::State &state) {
+    ox_objedithome_setdir(nullptr);
+    run_predefined(state, ox_predefined_projcs);
 }
 BENCHMARK(BM_PredefinedProjcs)->Unit(benchmark::kMillisecond);
+
+void BM_PredefinedGeogcs(benchmark::State &state) {
+    ox_objedithome_setdir(nullptr);
+    run_predefined(state, ox_predefined_geogcs);
+}
+BENCHMARK(BM_PredefinedGeogcs)->Unit(benchmark::kMillisecond);
+
+// An object-edit directory whose "geogcs" file has `lines` lines: the first
+// thousand define the codes of the custom band, the rest codes outside every
+// band (read, never asked for).
+class EditDirectory {
+public:
+    explicit EditDirectory(int64_t lines) {
+        std::snprintf(dir_, sizeof dir_, "/tmp/ox_bench_objedit_XXXXXX");
+        if (mkdtemp(dir_) == nullptr) return;
+        file_ = std::string(dir_) + "/geogcs";
+        FILE *f = std::fopen(file_.c_str(), "w");
+        if (f == nullptr) return;
+        for (int64_t i = 0; i < lines; ++i)
+            std::fprintf(f, "GEOGCS,%lld,\"GCS_Site_%lld\",6326,8901,9102\n",
+                         static_cast<long long>(i < 1000 ? 204000 + i : 300000 + i), static_cast<long long>(i));
+        std::fclose(f);
+        ox_objedithome_setdir(dir_);
+    }
+    ~EditDirectory() {
+        ox_objedithome_setdir(nullptr);
+        std::remove(file_.c_str());
+        rmdir(dir_);
+    }
+
+private:
+    char dir_[64];
+    std::string file_;
+};
+
+// `ox list geogcs` with a large object-edit file (indexed once; each build
+// then stats it once).
+void BM_PredefinedGeogcsEditFile(benchmark::State &state) {
+    EditDirectory edits(state.range(0));
+    run_predefined(state, ox_predefined_geogcs);
+}
+BENCHMARK(BM_PredefinedGeogcsEditFile)->Arg(200000)->Unit(benchmark::kMillisecond);
+
+// The reverse look-up of a hand-built WGS 84 geographic system, without and
+// with an object-edit file that can change geographic systems.
+void BM_FactoryCodeGeogcs(benchmark::State &state) {
+    ox_object *g = ox_factory_geogcs(4326);
+    ox::obj_set_code(g, -1, nullptr, nullptr);
+    benchmark::DoNotOptimize(ox_factory_code(g));
+    for (auto _ : state) {
+        ox::obj_set_code(g, -1, nullptr, nullptr);
+        benchmark::DoNotOptimize(ox_factory_code(g));
+    }
+    ox_geogcs_del(g);
+}
+
+void BM_FactoryCodeGeogcsNoEdit(benchmark::State &state) {
+    ox_objedithome_setdir(nullptr);
+    BM_FactoryCodeGeogcs(state);
+}
+BENCHMARK(BM_FactoryCodeGeogcsNoEdit);
+
+void BM_FactoryCodeGeogcsEditFile(benchmark::State &state) {
+    EditDirectory edits(state.range(0));
+    BM_FactoryCodeGeogcs(state);
+}
+BENCHMARK(BM_FactoryCodeGeogcsEditFile)->Arg(10000)->Unit(benchmark::kMillisecond);
 
 }  // namespace

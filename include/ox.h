@@ -18,6 +18,30 @@
  *  - Coordinate arrays hold `n` pairs of doubles (x then y, longitude then
  *    latitude) and are converted in place; functions return the number of
  *    points converted.
+ *  - Threads: the process-wide state (the object-edit home, the library's
+ *    caches) may be initialised and used from any number of threads at once.
+ *    Objects carry no lock: an object is used by one thread at a time, with
+ *    one exception: a projected system whose constants are loaded
+ *    (`ox_projcs_load_constants`, or a first conversion) may convert points
+ *    on several threads at once.  `_authority` and `_to_string_ext` with
+ *    option 1 or 2 may build the object's authority, and a conversion may
+ *    load constants: both write into the object.  Set the object-edit
+ *    directory before the threads start, so that every object is built from
+ *    one setting.
+ *  - Whatever a `_to_string*` function writes, the type's `_from_string`
+ *    reads back as an equal object.  What no object string can carry is
+ *    refused: every `_new` and name setter refuses a name that contains a
+ *    double quote (object strings have no escape for it), and the writer
+ *    leaves "" for an object holding a number that is not finite or whose
+ *    16-digit text would not read back equal (from 1e16 on the text keeps
+ *    seven digits; rarely, the rounding of the "00"/"99" rule exceeds the
+ *    2^-48 tolerance), a parameter that the reader would put in another
+ *    slot (one renamed with `ox_parameter_name_set`), a name of white space
+ *    only with nothing after it, or a text longer than the reader takes
+ *    (1023 characters or 256 tokens, e.g. a transformation with every
+ *    AUTHORITY).  By design a text read back may still differ: the readers'
+ *    rename tables replace old names, and routines supplied by the caller
+ *    are not part of the text (it carries the name only).
  *
  * The header compiles as C11 and as C++.
  */
@@ -145,6 +169,18 @@ OX_API void ox_memdealloc(void *ptr);
 OX_API const char *ox_version(void);
 /** Copies the version text into `buffer` (at least 64 characters); null buffer: nothing. */
 OX_API void ox_version_string(char *buffer);
+
+/**
+ * Checks the syntax of an object string as every reader tokenizes it (from
+ * `keyword` when given and found in the text): 0 when the text can be read
+ * into tokens, else the tokenizer's code: -1 more than 256 tokens, -3 no
+ * text, -4 more than 1023 characters besides white space, -5 a character out
+ * of place, -6 unbalanced quotes or brackets.  `position` (may be null)
+ * receives the offset in `text` where reading stopped (codes -3 to -6), else
+ * -1.  A text that passes may still make no object: a part missing, a name
+ * unknown or a value out of range.
+ */
+OX_API int32_t ox_objstring_check(const char *text, const char *keyword, int32_t *position);
 
 /* ------------------------------------------------------------------------ */
 /* The uniform operation set                                                */
@@ -629,7 +665,7 @@ OX_API ox_object *ox_hvdatum_from_string(const char *text);
 /* Unit, prime meridian, spheroid, datum                                    */
 /* ------------------------------------------------------------------------ */
 
-/** New unit; `factor` (metres or radians per unit) must be above 0. */
+/** New unit; `factor` (metres or radians per unit) must be above 0 and finite. */
 OX_API ox_object *ox_unit_new(const char *name, double factor);
 /** Size of one unit in metres or radians; 1.0 for a null or wrong handle. */
 OX_API double ox_unit_factor(const ox_object *unit);
@@ -639,7 +675,7 @@ OX_API ox_object *ox_primem_new(const char *name, double longitude);
 /** Longitude of the prime meridian in degrees; 0.0 for a null or wrong handle. */
 OX_API double ox_primem_longitude(const ox_object *primem);
 
-/** New spheroid from semi-major axis (> 0) and flattening (0 <= f < 1, not the inverse). */
+/** New spheroid from semi-major axis (> 0, finite) and flattening (0 <= f < 1, not the inverse). */
 OX_API ox_object *ox_spheroid_new(const char *name, double axis, double flattening);
 /** Semi-major axis; 1.0 for a null or wrong handle. */
 OX_API double ox_spheroid_axis(const ox_object *spheroid);
@@ -668,7 +704,7 @@ OX_API ox_object *ox_geogcs_unit(const ox_object *geogcs);
 /* Parameters, projections, projected coordinate systems                    */
 /* ------------------------------------------------------------------------ */
 
-/** New parameter; its code is looked up in the parameter list by name. */
+/** New parameter (any value; one that is not finite cannot be written); its code is looked up by name. */
 OX_API ox_object *ox_parameter_new(const char *name, double value);
 /** Value of a parameter; 0.0 for a null or wrong handle. */
 OX_API double ox_parameter_value(const ox_object *parameter);
@@ -726,14 +762,23 @@ OX_API void ox_projcs_unload_constants(ox_object *projcs);
 /* Projection driver                                                        */
 /* ------------------------------------------------------------------------ */
 
-/** Projects `n` (longitude, latitude) pairs in place; returns the count converted. */
+/*
+ * The three conversions do not check `projcs`: a null handle or one of
+ * another type reaches the identity routines of a null projection, with unit
+ * factors of 1 (radians and metres) and no false origin, and reports success
+ * (`n`).  The points are left as they are, except that the forward clamps
+ * latitudes beyond +-pi/2 and the centred inverse reduces longitudes about
+ * the centre, as for any system.  Pass a projected system.
+ */
+/** Projects `n` (longitude, latitude) pairs in place; returns the count converted (see above for bad handles). */
 OX_API int32_t ox_geog_to_proj(ox_object *projcs, int32_t n, double *coords);
-/** Unprojects `n` (x, y) pairs in place; returns the count converted. */
+/** Unprojects `n` (x, y) pairs in place; returns the count converted (see above for bad handles). */
 OX_API int32_t ox_proj_to_geog(ox_object *projcs, int32_t n, double *coords);
 /**
  * Unprojects with longitudes returned within half a turn of `center` (in the
  * angular unit; ox_delta_center), the centre reduced exactly once per call
  * whatever its size; a centre that is not finite fails every point (count 0).
+ * See above for bad handles.
  */
 OX_API int32_t ox_proj_to_geog_center(ox_object *projcs, int32_t n, double *coords, double center);
 
@@ -1172,7 +1217,11 @@ OX_API ox_object *ox_hvcoordsys_coordsys(const ox_object *hvcoordsys);
 /** Borrowed vertical system, or null. */
 OX_API ox_object *ox_hvcoordsys_vertcs(const ox_object *hvcoordsys);
 
-/** New geocentric system. */
+/**
+ * New geocentric system; `unit` must be linear: a unit with a code of the
+ * angular bands (from the catalogue or its AUTHORITY) or the name of an
+ * angular unit of the catalogue ("Degree", "Radian", "Grad", ...) is refused.
+ */
 OX_API ox_object *ox_geoxyzcs_new(const char *name, ox_object *geogcs, ox_object *unit);
 /** Borrowed geographic system of a geocentric system. */
 OX_API ox_object *ox_geoxyzcs_geogcs(const ox_object *geoxyzcs);
@@ -1187,7 +1236,7 @@ OX_API ox_htmethod_routine ox_htmethod_forward(const ox_object *htmethod);
 /** Inverse routine (a do-nothing routine for a null or wrong handle). */
 OX_API ox_htmethod_routine ox_htmethod_inverse(const ox_object *htmethod);
 
-/** New named array; the `count` values are copied (count 0 allowed). */
+/** New named array; the `count` values are copied (count 0 allowed; values that are not finite cannot be written). */
 OX_API ox_object *ox_array_new(const char *name, int32_t count, const double *values);
 /** Number of values; 0 for a null or wrong handle. */
 OX_API int32_t ox_array_num_values(const ox_object *array);
@@ -1195,7 +1244,7 @@ OX_API int32_t ox_array_num_values(const ox_object *array);
 OX_API const double *ox_array_values_pointer(const ox_object *array);
 /** Copies the values into `out` (room for `ox_array_num_values` values). */
 OX_API void ox_array_values_copy(const ox_object *array, double *out);
-/** Overwrites the first `count` values (not checked against the array's count); 1 or 0. */
+/** Overwrites the first `count` values (not checked against the array's count); 0 for a negative count or null values. */
 OX_API int32_t ox_array_values_set(ox_object *array, int32_t count, const double *values);
 /** Renames the array; 1 on success, else 0. */
 OX_API int32_t ox_array_name_set(ox_object *array, const char *name);
@@ -1217,14 +1266,17 @@ OX_API ox_object *ox_adjhcs_unit(const ox_object *adjhcs);
  * Converts `n` points in place from the adjusted system to its base
  * coordinate system: the coordinates are scaled from the adjusted unit to the
  * base system's unit, then the method's inverse is applied with the array's
- * coefficients.  Returns the count converted (0 when the coefficients cannot
- * be inverted, are too few for the method, or the handle is wrong).
+ * coefficients.  Returns the count converted; 0, with the points unchanged,
+ * when the coefficients are too few for the method, not all finite, or form
+ * a matrix that cannot be inverted, or when the handle is wrong.
  */
 OX_API int32_t ox_adjhcs_to_coordsys(const ox_object *adjhcs, int32_t n, double *points);
 /**
  * Converts `n` points in place from the base coordinate system to the
  * adjusted system: the method's forward with the array's coefficients, then
- * scaling from the base unit to the adjusted unit.  Returns the count.
+ * scaling from the base unit to the adjusted unit.  Returns the count; 0,
+ * with the points unchanged, in the cases of `ox_adjhcs_to_coordsys` (a
+ * singular matrix would map every point onto a line).
  */
 OX_API int32_t ox_coordsys_to_adjhcs(const ox_object *adjhcs, int32_t n, double *points);
 

@@ -1,5 +1,6 @@
 // Object-edit files: site definitions that the factory consults before its
 // catalogue, and what happens with files that are wrong in every way.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -8,6 +9,7 @@
 #include <cstring>
 #include <string>
 
+#include "object/ox_memory.h"
 #include "object/ox_object.h"
 #include "test_util.h"
 
@@ -186,6 +188,64 @@ TEST_F(ObjectEdit, MissingOrUnreadableFilesAreIgnored) {
     std::remove((dir + "/spheroid").c_str());
     Owned gone(ox_factory_spheroid(7030));
     EXPECT_EQ(ox_spheroid_status(gone.get()), OX_STATUS_CATALOGUE);
+}
+
+// Something put in place of a file that is not a regular file (a FIFO would
+// make a blocking reader wait for a writer for ever) counts as absent.
+TEST_F(ObjectEdit, WhatIsNotARegularFileIsSkipped) {
+    edit("spheroid", "SPHEROID,7030,\"Edited\",6378137,298.257223563\n");
+    Owned edited(ox_factory_spheroid(7030));
+    EXPECT_EQ(name_of(edited.get()), "Edited");
+    const std::string path = dir + "/spheroid";
+    ASSERT_EQ(std::remove(path.c_str()), 0);
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    Owned fifo(ox_factory_spheroid(7030));
+    EXPECT_EQ(ox_spheroid_status(fifo.get()), OX_STATUS_CATALOGUE);
+    ox_objedithome_setdir(dir.c_str());  // present when the directory is set: not a file of the home either
+    Owned again(ox_factory_spheroid(7030));
+    EXPECT_EQ(ox_spheroid_status(again.get()), OX_STATUS_CATALOGUE);
+}
+
+// A file is read once per version: a new size or modification time makes
+// the next look-up read it again (its first line of a code still wins).
+TEST_F(ObjectEdit, AChangedFileIsReadAgain) {
+    edit("spheroid", "SPHEROID,7030,\"First\",6378137,298.257223563\n");
+    EXPECT_EQ(name_of(Owned(ox_factory_spheroid(7030)).get()), "First");
+    write("spheroid", "SPHEROID,7030,\"Second\",6378137,298.257223563\nSPHEROID,7030,\"Later\",1,0\n");
+    EXPECT_EQ(name_of(Owned(ox_factory_spheroid(7030)).get()), "Second");
+    // The same size, another modification time.
+    write("spheroid", "SPHEROID,7030,\"Thirds\",6378137,298.257223563\nSPHEROID,7030,\"Later\",1,0\n");
+    const struct timespec times[2] = {{1000000000, 0}, {1000000000, 0}};
+    ASSERT_EQ(utimensat(AT_FDCWD, (dir + "/spheroid").c_str(), times, 0), 0);
+    EXPECT_EQ(name_of(Owned(ox_factory_spheroid(7030)).get()), "Thirds");
+}
+
+// Memory exhausted while a file is indexed: the builder answers null rather
+// than the catalogue's definition; nothing is left behind.
+TEST_F(ObjectEdit, ExhaustedMemoryWhileIndexing) {
+    std::string text;
+    for (int i = 0; i < 3000; ++i) text += "SPHEROID," + std::to_string(207000 + i) + ",\"S\",6378137,300\n";
+    edit("spheroid", text);
+    bool refused = false;
+    for (int n = 1;; ++n) {
+        ox_objedithome_setdir(dir.c_str());  // forget the index
+        const int64_t live = ox::mem_live_count();
+        const int64_t before = ox::mem_allocation_count();
+        ox::mem_fail_after(n);
+        ox_object *h = ox_factory_spheroid(207001);
+        ox::mem_fail_after(0);
+        const bool reached = ox::mem_allocation_count() - before >= n;
+        if (!reached) {
+            EXPECT_EQ(name_of(h), "S");
+            ox_spheroid_del(h);
+            break;
+        }
+        refused |= h == nullptr;
+        ox_spheroid_del(h);
+        ox_objedithome_setdir(dir.c_str());
+        ASSERT_EQ(ox::mem_live_count(), live) << "allocation " << n;
+    }
+    EXPECT_TRUE(refused);
 }
 
 TEST_F(ObjectEdit, DirectoryLengthLimit) {

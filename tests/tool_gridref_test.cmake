@@ -37,3 +37,15 @@ check(geodesic_sphere 0 "10007543.398010 90.000000 -90.000000\n" "0 0 90 0\n" ${
 check(geodesic_bad 1 "0 0 0\n0 91 0 0\n" "0 0 0\n0 91 0 0\n" ${OX} geodesic)
 check(geodesic_flattened 2 "" "0 0 1 1\n" ${OX} geodesic --system
       "GEOGCS[\"s\",DATUM[\"d\",SPHEROID[\"s\",6371000.0,10.0]],PRIMEM[\"Greenwich\",0.0],UNIT[\"Degree\",0.0174532925199433]]")
+
+# The shared line rules: an input file argument, --output, a carriage return
+# kept, a NUL byte reported and the line copied.
+file(WRITE "${WORK}/points.txt" "-1.8 51.06666666667 a\r\n# c\n")
+# (execute_process folds "\r\n" in what it captures: the file shows the "\r".)
+check(georef_file 0 "MKPG1204 a\n# c\n" "" ${OX} georef --digits 2 "${WORK}/points.txt")
+check(georef_output 0 "" "" ${OX} georef --digits 2 --output "${WORK}/refs.txt" "${WORK}/points.txt")
+file(READ "${WORK}/refs.txt" refs HEX)
+if(NOT refs STREQUAL "4d4b50473132303420610d0a2320630a")  # "MKPG1204 a\r\n# c\n"
+  message(FATAL_ERROR "georef --output wrote '${refs}'")
+endif()
+check(georef_missing_file 2 "" "" ${OX} georef "${WORK}/missing.txt")

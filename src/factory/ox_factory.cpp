@@ -23,7 +23,9 @@ ox_object *factory_build(const KindBuilder &kind, int32_t code) {
     if (kind.edit_bit != 0 && t_edit_depth < kMaxEditDepth) {
         DepthGuard guard;
         EditLine line;
-        if (objedit_find(kind.edit_bit, kind.edit_file, kind.edit_keyword, code, &line)) {
+        const EditFind found = objedit_find(kind.edit_bit, kind.edit_file, kind.edit_keyword, code, &line);
+        if (found == EditFind::kFailed) return nullptr;
+        if (found == EditFind::kFound) {
             ox_object *h = kind.from_edit(line);
             if (h != nullptr) {
                 if (kind.stamp_edited) stamp(h, kind.ranges(), code);

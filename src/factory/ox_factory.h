@@ -50,9 +50,12 @@ struct EditLine {
     const char *field[kMaxEditFields];
     int count;
 };
-// Scans the object-edit file of `bit` from the top for the first line whose
-// keyword field matches `keyword` and whose code field equals `code`.
-bool objedit_find(uint32_t bit, const char *file, const char *keyword, int32_t code, EditLine *line);
+// The first line of the object-edit file of `bit` whose keyword field
+// matches `keyword` and whose code field equals `code`: found (in `line`),
+// absent (no directory, no file, no such line), or failed (memory exhausted
+// while the file was indexed).
+enum class EditFind { kFound, kAbsent, kFailed };
+EditFind objedit_find(uint32_t bit, const char *file, const char *keyword, int32_t code, EditLine *line);
 // A code field: decimal integer, or a definition string when that gives 0.
 int32_t edit_code(const char *field);
 // The field `i` of a line, or null when the line has fewer fields.

@@ -1,11 +1,33 @@
 // The object-edit home: a process-wide directory whose files ("unit",
 // "spheroid", "datum", ...) hold site definitions that the factory consults
 // before its catalogue, and the reader of their lines.
+//
+// Each file is indexed once per version: the first line of every code
+// (first line wins) is kept in memory, sorted by code, together with the
+// file's identity (device, inode, size, modification time).  A look-up
+// costs one stat of the file; a file whose identity changed is indexed
+// again.  Files are opened without blocking, and anything that is not a
+// regular file counts as absent.
+//
+// The home is the library's only mutable process-wide state besides
+// caches: one mutex guards it, so that the first factory calls of several
+// threads may initialise it from the environment at once.  The question
+// "is any file of these kinds present" is answered without the lock.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
 
 #include "factory/ox_factory.h"
+#include "factory/ox_sequence.h"
+#include "object/ox_memory.h"
 #include "object/ox_objstrings.h"
 #include "object/ox_strings.h"
 #include "object/ox_utils.h"
@@ -14,6 +36,10 @@ namespace ox {
 namespace {
 
 constexpr size_t kMaxDirectory = 255;  // a directory of 256 characters or more disables the home
+constexpr size_t kMaxPath = kMaxDirectory + 32;
+// A larger file is not read (it counts as unreadable, like a missing one).
+constexpr off_t kMaxEditFileSize = off_t{256} << 20;
+constexpr int kPieceSize = kEditLineSize - 1;  // a line is read in pieces of 1023 characters
 
 struct EditFile {
     const char *name;
@@ -24,13 +50,37 @@ constexpr EditFile kFiles[] = {
     {"datum", kEditDatum},   {"vdatum", kEditVdatum}, {"geogtran", kEditGeogtran},
     {"unit", kEditUnit},     {"primem", kEditPrimem}, {"spheroid", kEditSpheroid},
 };
+constexpr int kFileCount = sizeof kFiles / sizeof kFiles[0];
+
+// The first definition line of one code: its text in the index's block.
+struct IndexLine {
+    int32_t code;
+    uint32_t length;
+    size_t order;   // the line's place in the file (while indexing)
+    size_t offset;  // of the text in the file, then in the index's block
+};
+
+// The definition lines of one version of one file.
+struct FileIndex {
+    bool built;
+    dev_t device;
+    ino_t inode;
+    off_t size;
+    timespec modified;
+    char *text;        // the lines of `lines`, one after another
+    IndexLine *lines;  // sorted by code, one per code
+    size_t count;
+    char keyword[32];  // the keyword the lines were indexed for
+};
 
 struct Home {
-    char directory[kMaxDirectory + 1];
-    bool initialised;
-    uint32_t present;
+    std::mutex lock;
+    std::atomic<bool> initialised{false};
+    std::atomic<uint32_t> present{0};  // files found when the directory was set
+    char directory[kMaxDirectory + 1] = {};
+    FileIndex files[kFileCount] = {};
 };
-Home g_home = {};
+Home g_home;
 
 // Splits a line in place at every comma and double quote; fields of white
 // space only are dropped, the others lose their leading white space.
@@ -50,35 +100,213 @@ int split_fields(char *text, char *fields[], int max) {
     return n;
 }
 
+// Splits the text of `line` into fields; true when a field matches the
+// keyword and a code field follows it, which then starts `line->field`.
+bool split_definition(EditLine *line, const char *keyword) {
+    char *fields[kMaxEditFields + 1];
+    const int n = split_fields(line->text, fields, kMaxEditFields + 1);
+    int k = 0;
+    while (k < n && name_compare(fields[k], keyword) != 0) ++k;
+    if (k + 1 >= n) return false;
+    line->count = 0;
+    for (int i = k + 1; i < n && line->count < kMaxEditFields; ++i) line->field[line->count++] = fields[i];
+    return true;
+}
+
+void index_clear(FileIndex &f) {
+    mem_free(f.text);
+    mem_free(f.lines);
+    f = FileIndex{};
+}
+
+bool same_version(const FileIndex &f, const struct stat &st) {
+    return f.built && f.device == st.st_dev && f.inode == st.st_ino && f.size == st.st_size &&
+           f.modified.tv_sec == st.st_mtim.tv_sec && f.modified.tv_nsec == st.st_mtim.tv_nsec;
+}
+
+enum class Read { kOk, kUnreadable, kNoMemory };
+
+// Reads a whole regular file, opened without blocking; a FIFO, device or
+// directory put in place of the file is not read.  The block holds the
+// bytes read (at most the size the file had when opened).
+Read read_file(const char *path, char **block, size_t *length, struct stat *st) {
+    *block = nullptr;
+    *length = 0;
+    const int fd = open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (fd < 0) return Read::kUnreadable;
+    Read result = Read::kUnreadable;
+    if (fstat(fd, st) == 0 && S_ISREG(st->st_mode) && st->st_size <= kMaxEditFileSize) {
+        const size_t size = static_cast<size_t>(st->st_size);
+        char *data = size > 0 ? static_cast<char *>(mem_alloc(size)) : nullptr;
+        if (size > 0 && data == nullptr) {
+            result = Read::kNoMemory;
+        } else {
+            size_t done = 0;
+            bool failed = false;
+            while (done < size) {
+                const ssize_t r = read(fd, data + done, size - done);
+                if (r < 0 && errno == EINTR) continue;
+                if (r < 0) failed = true;
+                if (r <= 0) break;  // a file cut short while read: what was there
+                done += static_cast<size_t>(r);
+            }
+            if (failed) {
+                mem_free(data);
+            } else {
+                *block = data;
+                *length = done;
+                result = Read::kOk;
+            }
+        }
+    }
+    close(fd);
+    return result;
+}
+
+// Indexes the definition lines of a file's text for `keyword`.  The text is
+// read as the line reader of a 1023-character buffer reads it: a piece ends
+// after a line break or after 1023 characters, and ends early at a NUL or a
+// carriage return.  False when memory is exhausted (nothing is kept).
+bool index_text(FileIndex &f, const char *data, size_t n, const char *keyword) {
+    Sequence found = sequence_new(sizeof(IndexLine), 4096);
+    EditLine line;
+    size_t order = 0;
+    for (size_t p = 0; p < n; ++order) {
+        const size_t limit = std::min(n, p + kPieceSize);
+        const char *piece = data + p;
+        const char *newline = static_cast<const char *>(std::memchr(piece, '\n', limit - p));
+        const size_t next = newline != nullptr ? static_cast<size_t>(newline - data) + 1 : limit;
+        size_t length = 0;
+        while (p + length < next && piece[length] != '\0' && piece[length] != '\r' && piece[length] != '\n') ++length;
+        std::memcpy(line.text, piece, length);
+        line.text[length] = '\0';
+        p = next;
+        if (!split_definition(&line, keyword)) continue;
+        const IndexLine entry = {edit_code(line.field[0]), static_cast<uint32_t>(length), order,
+                                 static_cast<size_t>(piece - data)};
+        if (!sequence_append(found, &entry)) {
+            sequence_delete(found);
+            return false;
+        }
+    }
+    // The first line of each code.
+    auto *all = reinterpret_cast<IndexLine *>(found.data);
+    std::sort(all, all + found.count, [](const IndexLine &a, const IndexLine &b) {
+        return a.code != b.code ? a.code < b.code : a.order < b.order;
+    });
+    size_t kept = 0, total = 0;
+    for (size_t i = 0; i < found.count; ++i)
+        if (kept == 0 || all[i].code != all[kept - 1].code) {
+            all[kept++] = all[i];
+            total += all[i].length + 1;
+        }
+    found.count = kept;
+    char *text = total > 0 ? static_cast<char *>(mem_alloc(total)) : nullptr;
+    if (total > 0 && text == nullptr) {
+        sequence_delete(found);
+        return false;
+    }
+    size_t at = 0;
+    for (size_t i = 0; i < kept; ++i) {
+        std::memcpy(text + at, data + all[i].offset, all[i].length);
+        text[at + all[i].length] = '\0';
+        all[i].offset = at;
+        at += all[i].length + 1;
+    }
+    auto *lines = static_cast<IndexLine *>(kept > 0 ? sequence_release(found) : nullptr);
+    sequence_delete(found);
+    if (kept > 0 && lines == nullptr) {
+        mem_free(text);
+        return false;
+    }
+    f.text = text;
+    f.lines = lines;
+    f.count = kept;
+    return true;
+}
+
+// Brings the index of file `slot` up to date with the file at `path`.
+// Unreadable or no longer a regular file: no index (kUnreadable).
+Read refresh(int slot, const char *path, const char *keyword) {
+    FileIndex &f = g_home.files[slot];
+    struct stat st;
+    if (stat(path, &st) != 0 || !S_ISREG(st.st_mode)) {
+        index_clear(f);
+        return Read::kUnreadable;
+    }
+    if (same_version(f, st) && std::strcmp(f.keyword, keyword) == 0) return Read::kOk;
+    index_clear(f);
+    char *data = nullptr;
+    size_t n = 0;
+    const Read r = read_file(path, &data, &n, &st);
+    if (r != Read::kOk) return r;
+    const bool indexed = index_text(f, data, n, keyword);
+    mem_free(data);
+    if (!indexed) return Read::kNoMemory;
+    f.built = true;
+    f.device = st.st_dev;
+    f.inode = st.st_ino;
+    f.size = st.st_size;
+    f.modified = st.st_mtim;
+    copy_bounded(f.keyword, keyword, sizeof f.keyword);
+    return Read::kOk;
+}
+
+// Sets the home; the caller holds the lock.
+void set_locked(const char *directory) {
+    Home &h = g_home;
+    for (FileIndex &f : h.files) index_clear(f);
+    h.directory[0] = '\0';
+    uint32_t present = 0;
+    if (directory != nullptr && directory[0] != '\0' && std::strlen(directory) <= kMaxDirectory) {
+        copy_bounded(h.directory, directory, sizeof h.directory);
+        char path[kMaxPath];
+        for (const EditFile &f : kFiles)
+            if (path_join(h.directory, f.name, path, sizeof path) && file_exists(path)) present |= f.bits;
+    }
+    h.present.store(present, std::memory_order_relaxed);
+    h.initialised.store(true, std::memory_order_release);
+}
+
+// The files present, initialising the home from "OXOBJEDITHOME" on first use.
+uint32_t present_files() {
+    Home &h = g_home;
+    if (!h.initialised.load(std::memory_order_acquire)) {
+        std::lock_guard<std::mutex> guard(h.lock);
+        if (!h.initialised.load(std::memory_order_relaxed)) set_locked(std::getenv("OXOBJEDITHOME"));
+    }
+    return h.present.load(std::memory_order_acquire);
+}
+
+int file_slot(const char *file) {
+    for (int i = 0; i < kFileCount; ++i)
+        if (std::strcmp(kFiles[i].name, file) == 0) return i;
+    return -1;
+}
+
 }  // namespace
 
 const char *objedithome_query(uint32_t bits) {
-    if (!g_home.initialised) ox_objedithome_setdir(std::getenv("OXOBJEDITHOME"));
-    return (g_home.present & bits) != 0 ? g_home.directory : nullptr;
+    return (present_files() & bits) != 0 ? g_home.directory : nullptr;
 }
 
-bool objedit_find(uint32_t bit, const char *file, const char *keyword, int32_t code, EditLine *line) {
-    const char *directory = objedithome_query(bit);
-    if (directory == nullptr) return false;
-    char path[kMaxDirectory + 32];
-    if (!path_join(directory, file, path, sizeof path)) return false;
-    std::FILE *f = std::fopen(path, "rb");
-    if (f == nullptr) return false;
-    bool found = false;
-    char *fields[kMaxEditFields + 1];
-    // A longer line is read in pieces of 1023 characters, each a line of its own.
-    while (!found && std::fgets(line->text, kEditLineSize, f) != nullptr) {
-        line->text[std::strcspn(line->text, "\r\n")] = '\0';
-        const int n = split_fields(line->text, fields, kMaxEditFields + 1);
-        int k = 0;
-        while (k < n && name_compare(fields[k], keyword) != 0) ++k;
-        if (k + 1 >= n || edit_code(fields[k + 1]) != code) continue;
-        line->count = 0;
-        for (int i = k + 1; i < n && line->count < kMaxEditFields; ++i) line->field[line->count++] = fields[i];
-        found = true;
-    }
-    std::fclose(f);
-    return found;
+EditFind objedit_find(uint32_t bit, const char *file, const char *keyword, int32_t code, EditLine *line) {
+    if ((present_files() & bit) == 0) return EditFind::kAbsent;
+    const int slot = file_slot(file);
+    if (slot < 0 || keyword == nullptr) return EditFind::kAbsent;
+    std::lock_guard<std::mutex> guard(g_home.lock);
+    char path[kMaxPath];
+    if (g_home.directory[0] == '\0' || !path_join(g_home.directory, file, path, sizeof path))
+        return EditFind::kAbsent;
+    const Read r = refresh(slot, path, keyword);
+    if (r == Read::kNoMemory) return EditFind::kFailed;
+    if (r != Read::kOk) return EditFind::kAbsent;
+    const FileIndex &f = g_home.files[slot];
+    const IndexLine *begin = f.lines, *end = f.lines + f.count;
+    const IndexLine *found = std::lower_bound(begin, end, code, [](const IndexLine &l, int32_t c) { return l.code < c; });
+    if (found == end || found->code != code) return EditFind::kAbsent;
+    std::memcpy(line->text, f.text + found->offset, found->length + 1);
+    return split_definition(line, keyword) ? EditFind::kFound : EditFind::kAbsent;
 }
 
 int32_t edit_code(const char *field) {
@@ -127,23 +355,13 @@ bool put_parameter(ox_object *params[OX_PARAMETER_SLOTS], ox_object *parameter) 
 extern "C" {
 
 OX_API void ox_objedithome_setdir(const char *directory) {
-    ox::Home &h = ox::g_home;
-    h.initialised = true;
-    h.directory[0] = '\0';
-    h.present = 0;
-    if (directory == nullptr || directory[0] == '\0') return;
-    if (std::strlen(directory) > ox::kMaxDirectory) return;
-    ox::copy_bounded(h.directory, directory, sizeof h.directory);
-    char path[ox::kMaxDirectory + 32];
-    for (const ox::EditFile &f : ox::kFiles)
-        if (ox::path_join(h.directory, f.name, path, sizeof path) && ox::file_exists(path)) h.present |= f.bits;
+    std::lock_guard<std::mutex> guard(ox::g_home.lock);
+    ox::set_locked(directory);
 }
 
 OX_API void ox_objedithome_setfunc(ox_directory_provider provider) {
     if (provider == nullptr) {
-        ox::g_home.initialised = true;
-        ox::g_home.directory[0] = '\0';
-        ox::g_home.present = 0;
+        ox_objedithome_setdir(nullptr);  // cleared, and the environment no longer consulted
         return;
     }
     ox_objedithome_setdir(provider());

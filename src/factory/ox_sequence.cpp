@@ -12,7 +12,9 @@ Sequence sequence_new(size_t element_size, size_t growth) {
 
 bool sequence_append(Sequence &s, const void *element) {
     if (s.count == s.capacity) {
-        const size_t capacity = s.capacity + s.growth;
+        // At least `growth` more, and at least double: appending n elements
+        // copies O(n) elements in all.
+        const size_t capacity = s.capacity + (s.capacity > s.growth ? s.capacity : s.growth);
         auto *data = static_cast<unsigned char *>(mem_alloc(capacity * s.element_size));
         if (data == nullptr) return false;
         if (s.count > 0) std::memcpy(data, s.data, s.count * s.element_size);

@@ -1,7 +1,8 @@
 // A growable sequence of fixed-size elements: the library's own small
 // vector for lists whose length is not known in advance (predefined lists,
-// the reverse look-up index).  It grows by a fixed step and copies elements
-// in and out; every allocation goes through the library's allocator.
+// the reverse look-up index, the object-edit index).  It grows by at least a
+// fixed step and at least doubles, and copies elements in and out; every
+// allocation goes through the library's allocator.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +13,7 @@ namespace ox {
 struct Sequence {
     unsigned char *data;
     size_t element_size;
-    size_t growth;    // elements added at a time
+    size_t growth;    // least number of elements added at a time
     size_t count;
     size_t capacity;
 };

@@ -69,7 +69,6 @@ constexpr UpsZone kUpsZones[4] = {
 constexpr double kUtmScale = 0.9996;
 constexpr double kUtmFalseEasting = 500000.0;
 constexpr double kUtmFalseNorthingSouth = 10000000.0;
-constexpr double kUpsScale = 0.994;
 constexpr double kUpsFalseOrigin = 2000000.0;
 constexpr double kSquare = 100000.0;
 constexpr double kSouthLimit = -80.0;  // degrees: UTM from here

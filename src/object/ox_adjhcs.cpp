@@ -1,9 +1,11 @@
 // Adjusted horizontal coordinate system: a base coordinate system whose
 // coordinates are further transformed by a horizontal method with the
 // coefficients of an array, expressed in a unit of its own.
+#include <cmath>
 #include <cstddef>
 
 #include "object/ox_object.h"
+#include "transform/ox_htmethlist.h"
 
 namespace ox {
 namespace {
@@ -27,9 +29,23 @@ double base_factor(const ox_object *coordsys) {
 // method eight; other methods take whatever the array holds.
 int32_t coefficients_needed(const ox_object *htmethod) {
     switch (htmethod->code) {
-        case 119624: return 6;
-        case 119625: return 8;
+        case kHtAffineParametric: return 6;
+        case kHtProjectiveParametric: return 8;
         default: return 0;
+    }
+}
+
+// Coefficients that convert points to finite points both ways: every one of
+// them finite and, for the affine and projective methods, a matrix that can
+// be inverted (a singular one would send every point onto a line).
+bool usable(const ox_object *htmethod, const double *c, int32_t count) {
+    for (int32_t i = 0; i < count; ++i)
+        if (!std::isfinite(c[i])) return false;
+    double inverse[9];
+    switch (htmethod->code) {
+        case kHtAffineParametric: return affine_invert(c, inverse);
+        case kHtProjectiveParametric: return projective_invert(c, inverse);
+        default: return true;
     }
 }
 
@@ -45,6 +61,7 @@ int32_t run(const Adjhcs *a, bool forward, int32_t n, double *points) {
     if (count > 64 || count < coefficients_needed(a->htmethod)) return 0;
     double coefficients[64] = {};
     ox_array_values_copy(a->array, coefficients);
+    if (!usable(a->htmethod, coefficients, count)) return 0;
     const ox_htmethod_routine routine = forward ? ox_htmethod_forward(a->htmethod) : ox_htmethod_inverse(a->htmethod);
     const double ratio = base_factor(a->coordsys) / ox_unit_factor(a->unit);
     if (forward) {

@@ -55,18 +55,18 @@ OX_API void ox_array_values_copy(const ox_object *array, double *out) {
 
 // Overwrites the first `count` values.  A count beyond the array's own is
 // not reported as an error (the caller answers for it); values that do not
-// fit in the array are not written.
+// fit in the array are not written.  A negative count or null values: 0.
 OX_API int32_t ox_array_values_set(ox_object *array, int32_t count, const double *values) {
     ox::Array *a = arr(array);
-    if (a == nullptr) return 0;
+    if (a == nullptr || count < 0 || values == nullptr) return 0;
     const int32_t n = count < a->count ? count : a->count;
-    if (n > 0 && values != nullptr) std::memcpy(a->values, values, static_cast<size_t>(n) * sizeof(double));
+    if (n > 0) std::memcpy(a->values, values, static_cast<size_t>(n) * sizeof(double));
     return 1;
 }
 
 OX_API int32_t ox_array_name_set(ox_object *array, const char *name) {
     ox::Array *a = arr(array);
-    if (a == nullptr || name == nullptr) return 0;
+    if (a == nullptr || !ox::name_writable(name)) return 0;
     ox::copy_bounded(a->h.name, name, OX_NAME_SIZE);
     return 1;
 }

@@ -44,18 +44,21 @@ OX_API ox_object *ox_hvcoordsys_vertcs(const ox_object *hvcoordsys) { return ox:
 // With the wrapper, HVCOORDSYS[PROJCS[...],VERTCS[...]] is read by the
 // common reader.  Without it, the first PROJCS (else GEOGCS) and the first
 // VERTCS of the text are each read from where they stand; a piece that is
-// found but unreadable makes the whole text unreadable.
+// found but unreadable makes the whole text unreadable.  Keywords are looked
+// for outside quoted names, so that a name such as "Site VERTCS[2]" does not
+// pass for a system.
 OX_API ox_object *ox_hvcoordsys_from_string(const char *text) {
     if (text == nullptr) return nullptr;
-    if (ox::name_search(text, "HVCOORDSYS[") != nullptr) return ox::obj_from_string(ox::kHvcoordsysDesc, text);
+    if (ox::name_search_unquoted(text, "HVCOORDSYS[") != nullptr) return ox::obj_from_string(ox::kHvcoordsysDesc, text);
     ox_object *coordsys = nullptr, *vertcs = nullptr;
     bool failed = false;
-    if (const char *p = ox::name_search(text, "PROJCS[")) {
+    if (const char *p = ox::name_search_unquoted(text, "PROJCS[")) {
         failed = (coordsys = ox_projcs_from_string(p)) == nullptr;
-    } else if (const char *g = ox::name_search(text, "GEOGCS[")) {
+    } else if (const char *g = ox::name_search_unquoted(text, "GEOGCS[")) {
         failed = (coordsys = ox_geogcs_from_string(g)) == nullptr;
     }
-    if (const char *v = ox::name_search(text, "VERTCS[")) failed = failed || (vertcs = ox_vertcs_from_string(v)) == nullptr;
+    if (const char *v = ox::name_search_unquoted(text, "VERTCS["))
+        failed = failed || (vertcs = ox_vertcs_from_string(v)) == nullptr;
     ox_object *pair = failed ? nullptr : ox_hvcoordsys_new(coordsys, vertcs);
     if (pair == nullptr) {
         ox_coordsys_del(coordsys);

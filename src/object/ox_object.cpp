@@ -9,6 +9,7 @@
 #include "object/ox_memory.h"
 #include "object/ox_objstrings.h"
 #include "object/ox_strings.h"
+#include "projection/ox_parmlist.h"
 
 namespace ox {
 
@@ -89,7 +90,7 @@ bool is_a(const ox_object *h, uint32_t tags) {
 // Life cycle
 // ---------------------------------------------------------------------------
 ox_object *obj_alloc(const TypeDesc &d, const char *name) {
-    if (name == nullptr) return nullptr;
+    if (!name_writable(name)) return nullptr;
     auto *h = static_cast<ox_object *>(mem_alloc(d.size));
     if (h == nullptr) return nullptr;
     std::memset(static_cast<void *>(h), 0, d.size);
@@ -292,6 +293,50 @@ namespace {
 
 void write_object(ox_object *h, int32_t option, TextOut &out);
 
+bool blank(const char *s) {
+    while (is_space(static_cast<unsigned char>(*s))) ++s;
+    return *s == '\0';
+}
+
+// The slot that the reader gives a parameter of this name: that of a new
+// parameter of the name as the reader sees it (white space at its ends
+// dropped, any other turned into blanks).  A parameter renamed with
+// ox_parameter_name_set keeps the slot of its old name, which its object
+// string does not carry.
+int32_t slot_read_as(const ox_object *parameter) {
+    // The usual case: the parameter bears the list's name of its code (the
+    // grid parameter, whose name is "Dataset_" and a grid's, apart).
+    if (const ParmRow *r = parmlist_find_by_code(parameter->code))
+        if (r->code != kParDataset && name_eq(r->name, parameter->name)) return r->index;
+    Parameter read{};
+    read.h.type = OX_TAG_PARAMETER;
+    read.h.code = -1;
+    const char *p = parameter->name;
+    while (is_space(static_cast<unsigned char>(*p))) ++p;
+    size_t n = 0;
+    for (; *p != '\0'; ++p) read.h.name[n++] = is_space(static_cast<unsigned char>(*p)) ? ' ' : *p;
+    while (n > 0 && read.h.name[n - 1] == ' ') --n;
+    read.h.name[n] = '\0';
+    parmlist_set_code(&read.h);
+    return ox_parameter_index(&read.h);
+}
+
+// Writes an object that is read by one tokenization (the whole text, or a
+// part of a pair of systems) and fails the text when the reader could not
+// take it in: longer than the tokenizer's 1023 characters, or more tokens
+// than it holds.  Up to 1023 written characters the text is always
+// readable (a token takes four characters with its punctuation or more, so
+// there are at most 255); a longer one may still be, when names lose blanks
+// next to their quotes.
+void write_piece(ox_object *h, int32_t option, TextOut &out) {
+    const size_t start = out.len;
+    write_object(h, option, out);
+    if (!out.ok || out.len - start <= static_cast<size_t>(kMaxObjstringText)) return;
+    out.buf[out.len] = '\0';
+    Tokens w;
+    if (tokenize_object_string(&w, out.buf + start, nullptr) != kTokOk) out.ok = false;
+}
+
 void write_authority(const ox_object *h, TextOut &out) {
     out.put("AUTHORITY[");
     out.put_quoted(h->name);
@@ -313,20 +358,23 @@ void write_object(ox_object *h, int32_t option, TextOut &out) {
     const int32_t sub_option = (option == 1 || !d.writes_authority) ? 0 : option;
     const bool own_authority = (option == 1 || option == 2) && d.writes_authority;
     if (!d.has_name) {
-        // A pair of systems without keyword of its own: the parts one after another.
+        // A pair of systems without keyword of its own: the parts one after
+        // another, each read on its own.
         bool first = true;
         for (int i = 0; i < d.nfields; ++i) {
             ox_object *s = field<ox_object *>(h, d.fields[i].offset);
             if (d.fields[i].kind != FieldKind::Sub || s == nullptr) continue;
             if (!first) out.put_char(',');
-            write_object(s, option, out);
+            write_piece(s, option, out);
             first = false;
         }
         return;
     }
+    if (d.writable != nullptr && !d.writable(h)) out.ok = false;
     out.put(d.keyword);
     out.put_char('[');
     out.put_quoted(h->name);
+    const size_t after_name = out.len;
     for (int i = 0; i < d.nfields; ++i) {
         const FieldDesc &f = d.fields[i];
         switch (f.kind) {
@@ -346,6 +394,7 @@ void write_object(ox_object *h, int32_t option, TextOut &out) {
                 ox_object **params = &field<ox_object *>(h, f.offset);
                 for (int k = 0; k < OX_PARAMETER_SLOTS; ++k)
                     if (params[k] != nullptr) {
+                        if (slot_read_as(params[k]) != k) out.ok = false;  // would be read elsewhere or not at all
                         out.put_char(',');
                         write_object(params[k], sub_option, out);
                     }
@@ -371,6 +420,10 @@ void write_object(ox_object *h, int32_t option, TextOut &out) {
             out.put_char(',');
             write_authority(a, out);
         }
+    // The reader drops an empty value just before a closing bracket, and a
+    // name of white space only is read as empty: such a name must be
+    // followed by something.
+    if (out.len == after_name && blank(h->name)) out.ok = false;
     out.put_char(']');
 }
 
@@ -379,7 +432,12 @@ void write_object(ox_object *h, int32_t option, TextOut &out) {
 void obj_to_string(ox_object *h, uint32_t tags, int32_t option, char *buffer) {
     if (buffer == nullptr) return;
     TextOut out(buffer, OX_OBJSTRING_SIZE);
-    if (is_a(h, tags)) write_object(h, option, out);
+    if (is_a(h, tags)) {
+        if (type_desc(h->type)->has_name)
+            write_piece(h, option, out);
+        else
+            write_object(h, option, out);
+    }
     out.finish();
 }
 

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 // The common header.  Every object record starts with it, so an `ox_object *`
 // is a pointer to the header of a record of the type named by `type`.
@@ -153,6 +154,10 @@ struct TypeDesc {
     // Optional: adds values that are not fields (the authority's code and
     // version) to the parts of a clone.
     void (*extra_parts)(const ox_object *h, Parts &parts);
+    // Optional: false when the object string of the object, although every
+    // number in it reads back, would not read back as the object (the
+    // writer then leaves "").
+    bool (*writable)(const ox_object *h) = nullptr;
 };
 
 // Descriptions of the stored types (one per source file of the type).
@@ -183,8 +188,13 @@ const TypeDesc *type_desc_by_keyword(const char *keyword);
 bool is_a(const ox_object *h, uint32_t tags);
 inline bool is_type(const ox_object *h, uint32_t tag) { return h != nullptr && h->type == tag; }
 
+// True when an object string can carry `name`: a name is written between
+// double quotes, which have no escape, so it must not contain one.
+inline bool name_writable(const char *name) { return name != nullptr && std::strchr(name, '"') == nullptr; }
+
 // Allocates a record of `d`, sets the header (status 1, code -1, the name
-// truncated to 63 characters) and zeroes the fields.  Null name: null.
+// truncated to 63 characters) and zeroes the fields.  A null name or one that
+// no object string can carry: null.
 ox_object *obj_alloc(const TypeDesc &d, const char *name);
 void obj_del(ox_object *h, uint32_t tags);
 ox_object *obj_clone(const ox_object *h, uint32_t tags);

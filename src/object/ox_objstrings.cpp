@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "object/ox_object.h"
 #include "object/ox_strings.h"
 
 namespace ox {
@@ -38,12 +39,17 @@ inline CharClass class_of(const char *p) { return kChars.cls[static_cast<unsigne
 // Stage 1: copies the text into the work area without white space outside
 // quotes, with '(' and ')' turned into brackets, checking the punctuation.
 // No more than 1023 characters are written: a further character, even one
-// that would be dropped, fails the text.
-int normalise(Tokens *w, const char *p) {
+// that would be dropped, fails the text.  On failure `at` is where in the
+// text reading stopped.
+int normalise(Tokens *w, const char *p, const char **at) {
+    const auto fail = [at](int code, const char *where) {
+        *at = where;
+        return code;
+    };
     while (is_space(static_cast<unsigned char>(*p))) ++p;
-    if (*p == '\0') return kTokNoText;
+    if (*p == '\0') return fail(kTokNoText, p);
     const auto first = static_cast<unsigned char>(*p);
-    if (!is_alpha(first) && !is_digit(first)) return kTokBadCharacter;
+    if (!is_alpha(first) && !is_digit(first)) return fail(kTokBadCharacter, p);
 
     char *out = w->text;
     int n = 0;
@@ -55,17 +61,17 @@ int normalise(Tokens *w, const char *p) {
     for (;;) {
         if (run != nullptr) {
             const int len = static_cast<int>(p - run);
-            if (len > kMaxObjstringText - n) return kTokTooLong;
+            if (len > kMaxObjstringText - n) return fail(kTokTooLong, run + (kMaxObjstringText - n));
             std::memcpy(out + n, run, static_cast<size_t>(len));
             n += len;
             run = nullptr;
         }
         const CharClass c = class_of(p);
         if (c == kEnd) break;
-        if (n >= kMaxObjstringText) return kTokTooLong;
+        if (n >= kMaxObjstringText) return fail(kTokTooLong, p);
         switch (c) {
             case kOrdinary:
-                if (after_bracket) return kTokBadCharacter;
+                if (after_bracket) return fail(kTokBadCharacter, p);
                 run = p++;
                 while (class_of(p) == kOrdinary) ++p;
                 continue;
@@ -76,7 +82,7 @@ int normalise(Tokens *w, const char *p) {
                 ++p;
                 continue;
             case kOpen:
-                if (after_bracket) return kTokBadCharacter;
+                if (after_bracket) return fail(kTokBadCharacter, p);
                 out[n++] = '[';
                 ++depth;
                 ++p;
@@ -89,7 +95,7 @@ int normalise(Tokens *w, const char *p) {
                 if (--depth == 0) break;  // the outermost object is complete
                 continue;
             case kQuote: {
-                if (after_bracket) return kTokBadCharacter;
+                if (after_bracket) return fail(kTokBadCharacter, p);
                 out[n++] = '"';
                 ++p;
                 while (is_space(static_cast<unsigned char>(*p))) ++p;  // blanks after the opening quote
@@ -98,9 +104,9 @@ int normalise(Tokens *w, const char *p) {
                     const char q = *p;
                     if (q == '\0') {
                         out[n] = '\0';
-                        return kTokUnbalanced;
+                        return fail(kTokUnbalanced, p);
                     }
-                    if (n >= kMaxObjstringText) return kTokTooLong;
+                    if (n >= kMaxObjstringText) return fail(kTokTooLong, p);
                     if (q == '"') break;
                     out[n++] = is_space(static_cast<unsigned char>(q)) ? ' ' : q;
                     ++p;
@@ -109,7 +115,7 @@ int normalise(Tokens *w, const char *p) {
                 out[n++] = '"';
                 ++p;
                 while (is_space(static_cast<unsigned char>(*p))) ++p;
-                if (*p != ',' && *p != ']' && *p != ')') return kTokBadCharacter;
+                if (*p != ',' && *p != ']' && *p != ')') return fail(kTokBadCharacter, p);
                 after_bracket = false;
                 continue;
             }
@@ -118,7 +124,7 @@ int normalise(Tokens *w, const char *p) {
         break;
     }
     out[n] = '\0';
-    if (depth != 0) return kTokUnbalanced;
+    if (depth != 0) return fail(kTokUnbalanced, p);
     return kTokOk;
 }
 
@@ -169,7 +175,9 @@ int split(Tokens *w) {
 
 }  // namespace
 
-int tokenize_object_string(Tokens *w, const char *text, const char *keyword) {
+int tokenize_object_string(Tokens *w, const char *text, const char *keyword, const char **stop) {
+    const char *at = nullptr;
+    if (stop != nullptr) *stop = nullptr;
     if (w == nullptr) return kTokNoWorkArea;
     w->count = 0;
     if (text == nullptr) return kTokNoText;
@@ -178,26 +186,25 @@ int tokenize_object_string(Tokens *w, const char *text, const char *keyword) {
         const char *found = name_search(text, keyword);
         if (found != nullptr) start = found;
     }
-    const int rc = normalise(w, start);
-    if (rc != kTokOk) return rc;
+    const int rc = normalise(w, start, &at);
+    if (rc != kTokOk) {
+        if (stop != nullptr) *stop = at;
+        return rc;
+    }
     return split(w);
 }
 
 // ---------------------------------------------------------------------------
 // Numbers
 // ---------------------------------------------------------------------------
-namespace {
-
-char g_decimal_point = '\0';
-
-}  // namespace
-
+// Consulted once, by whichever thread asks first (the initialisation of a
+// local static is thread-safe).
 char locale_decimal_point() {
-    if (g_decimal_point == '\0') {
+    static const char point = [] {
         const struct lconv *lc = std::localeconv();
-        g_decimal_point = (lc && lc->decimal_point && lc->decimal_point[0]) ? lc->decimal_point[0] : '.';
-    }
-    return g_decimal_point;
+        return (lc && lc->decimal_point && lc->decimal_point[0]) ? lc->decimal_point[0] : '.';
+    }();
+    return point;
 }
 
 namespace {
@@ -260,7 +267,8 @@ Scientific scientific(double value, int precision) {
 // as those digits need, trailing zeros stripped; below 1e-9, or when the
 // fixed text exceeds 24 characters, print with %g; from 1e16 on, with %e),
 // built from one exact scientific conversion where the digits suffice.
-int format_double(double value, char *out, int digits) {
+int format_double(double value, char *out, int digits, bool *doubtful) {
+    if (doubtful != nullptr) *doubtful = false;
     if (!std::isfinite(value)) {
         const char *s = std::isnan(value) ? "nan" : (value < 0 ? "-inf" : "inf");
         std::strcpy(out, s);
@@ -272,6 +280,11 @@ int format_double(double value, char *out, int digits) {
         ((d.sig[13] == '0' && d.sig[14] == '0') || (d.sig[13] == '9' && d.sig[14] == '9'))) {
         // The 16th digit is representation noise: 15 significant digits.
         digits = 15;
+        // Rounding to 15 digits moves the value by up to half a unit of the
+        // 15th digit, 5e-15 of the leading digit's unit: within the equality
+        // rule's 2^-48 (relative) when the value's first two digits are 15
+        // or more, perhaps not below.
+        if (doubtful != nullptr) *doubtful = d.sig[0] == '1' && d.sig[1] < '5';
         if (d.sig[15] == '5') {
             d = scientific(value, 14);  // a 5 may itself come from rounding: convert again, exactly
         } else {
@@ -304,6 +317,7 @@ int format_double(double value, char *out, int digits) {
     // Below 1e-9 or longer than 24 characters: the general form; from 1e16
     // on, the exponent form with the default six decimals (precision is lost
     // there, as before).
+    if (e >= 0 && doubtful != nullptr) *doubtful = true;
     const auto r = e < 0 ? std::to_chars(out, out + 47, value, std::chars_format::general, digits - 1)
                          : std::to_chars(out, out + 47, value, std::chars_format::scientific, 6);
     *r.ptr = '\0';
@@ -332,16 +346,50 @@ bool read_number(const char *token, double *value) {
     return std::isfinite(v);
 }
 
+}  // namespace ox
+
+extern "C" OX_API int32_t ox_objstring_check(const char *text, const char *keyword, int32_t *position) {
+    if (position != nullptr) *position = -1;
+    ox::Tokens w;
+    const char *stop = nullptr;
+    const int rc = ox::tokenize_object_string(&w, text, keyword, &stop);
+    if (stop != nullptr && position != nullptr) {
+        const ptrdiff_t offset = stop - text;
+        *position = offset < INT32_MAX ? static_cast<int32_t>(offset) : INT32_MAX;
+    }
+    return rc;
+}
+
+namespace ox {
+
 // ---------------------------------------------------------------------------
 // Bounded text output
 // ---------------------------------------------------------------------------
+namespace {
+
+// Whether the text of `v` reads back as a value equal to it; only a doubtful
+// text (format_double) is read back to know.
+bool reads_back(double v, const char *text, bool doubtful) {
+    double r;
+    return std::isfinite(v) && (!doubtful || (read_number(text, &r) && equal_rule(v, r)));
+}
+
+}  // namespace
+
 void TextOut::put_number(double v) {
+    bool doubtful = false;
     if (len + 48 < cap) {  // room for any number: write in place
-        len += static_cast<size_t>(format_double(v, buf + len, 16));
+        const int n = format_double(v, buf + len, 16, &doubtful);
+        if (!reads_back(v, buf + len, doubtful)) {
+            ok = false;
+            return;
+        }
+        len += static_cast<size_t>(n);
         return;
     }
     char t[48];
-    const int n = format_double(v, t, 16);
+    const int n = format_double(v, t, 16, &doubtful);
+    if (!reads_back(v, t, doubtful)) ok = false;
     put(t, static_cast<size_t>(n));
 }
 

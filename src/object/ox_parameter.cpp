@@ -39,7 +39,7 @@ OX_API int32_t ox_parameter_value_set(ox_object *parameter, double value) {
 // Renames a parameter without looking its code up again: it keeps the code,
 // and so the slot, of its old name.
 OX_API int32_t ox_parameter_name_set(ox_object *parameter, const char *name) {
-    if (name == nullptr || !ox::is_type(parameter, OX_TAG_PARAMETER)) return 0;
+    if (!ox::name_writable(name) || !ox::is_type(parameter, OX_TAG_PARAMETER)) return 0;
     ox::copy_bounded(parameter->name, name, OX_NAME_SIZE);
     return 1;
 }

@@ -50,6 +50,19 @@ const char *name_search(const char *s, const char *pattern) {
     return nullptr;
 }
 
+const char *name_search_unquoted(const char *s, const char *pattern) {
+    if (s == nullptr) return nullptr;
+    if (pattern == nullptr || *pattern == '\0') return s;
+    const size_t n = std::strlen(pattern);
+    const int first = to_lower(static_cast<unsigned char>(*pattern));
+    bool quoted = false;
+    for (const char *p = s; *p; ++p) {
+        if (*p == '"') quoted = !quoted;
+        if (!quoted && to_lower(static_cast<unsigned char>(*p)) == first && name_compare_n(p, pattern, n) == 0) return p;
+    }
+    return nullptr;
+}
+
 char *split_token(char *s, const char *delimiters, char **state) {
     char *p = s ? s : *state;
     if (p == nullptr) return nullptr;

@@ -57,6 +57,9 @@ int prefix_compare(const char *s, const char *pattern);
 // over the pattern's raw length; its first character must match
 // case-insensitively.  Null `s`: null; null or empty pattern: `s`; "": null.
 const char *name_search(const char *s, const char *pattern);
+// The same outside double-quoted text, where only keywords of an object
+// string stand (a name that contains a keyword is not a match).
+const char *name_search_unquoted(const char *s, const char *pattern);
 
 // strtok with an explicit state pointer.
 char *split_token(char *s, const char *delimiters, char **state);

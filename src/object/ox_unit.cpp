@@ -1,4 +1,5 @@
 // Unit of measure: a name and the size of one unit in metres or radians.
+#include <cfloat>
 #include <cstddef>
 
 #include "object/ox_object.h"
@@ -18,7 +19,7 @@ OX_DEFINE_COMMON_OPS(unit, OX_TAG_UNIT, ox::kUnitDesc)
 extern "C" {
 
 OX_API ox_object *ox_unit_new(const char *name, double factor) {
-    if (name == nullptr || !(factor > 0.0)) return nullptr;
+    if (name == nullptr || !(factor > 0.0 && factor <= DBL_MAX)) return nullptr;
     ox::Unit *u = ox::alloc_rec<ox::Unit>(ox::kUnitDesc, name);
     if (u == nullptr) return nullptr;
     u->factor = factor;

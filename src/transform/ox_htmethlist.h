@@ -26,6 +26,13 @@ ox_object *htmethlist_new_by_code(int32_t code);
 
 // Leaves the points as they are and returns n (null or invalid method).
 int32_t htmethod_nothing(void *unused, const double *coefficients, int32_t n, double *points);
+// The inverse of the affine method's coefficients (A..F), and the adjugate
+// (a11, a12, a13, a21, ..., a33) of the projective method's matrix
+// (A B C; D E F; G H 1).  False when the matrix cannot be inverted: its
+// determinant is 0, or the result is not finite (coefficients that are NaN
+// or infinite, or so nearly singular that the inverse overflows).
+bool affine_invert(const double *coefficients, double inverse[6]);
+bool projective_invert(const double *coefficients, double adjugate[9]);
 // Affine and projective routines.
 int32_t affine_forward(void *unused, const double *coefficients, int32_t n, double *points);
 int32_t affine_inverse(void *unused, const double *coefficients, int32_t n, double *points);

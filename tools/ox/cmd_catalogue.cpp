@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 #include "commands.h"
 #include "ox.h"
@@ -33,7 +34,7 @@ int cmd_info(int argc, char **argv) {
             kind = object_kind(argv[++i]);
             if (kind == nullptr) {
                 std::fprintf(stderr, "ox info: unknown kind '%.200s'\n", argv[i]);
-                return 2;
+                return kUsage;
             }
         } else if (arg == nullptr && std::strncmp(argv[i], "--", 2) != 0) {
             arg = argv[i];
@@ -43,14 +44,18 @@ int cmd_info(int argc, char **argv) {
         }
     }
     if (arg == nullptr) {
-        std::fputs("usage: ox info [--kind KIND] CODE|EPSG:CODE|DEFINITION_STRING\n", stderr);
-        return 2;
+        std::fputs("usage: ox info [--kind KIND] CODE|EPSG:CODE|DEFINITION_STRING (ox info --help)\n", stderr);
+        return kUsage;
     }
     CatalogueName name;
-    ox_object *h = parse_system(arg, &name) ? catalogue_object(name, kind, &kind) : nullptr;
+    if (!parse_system(arg, &name)) {
+        std::fprintf(stderr, "ox info: '%.200s' is no code and no known definition string\n", arg);
+        return kNotConverted;
+    }
+    ox_object *h = catalogue_object(name, kind, &kind);
     if (h == nullptr) {
-        std::fprintf(stderr, "ox info: nothing in the catalogue for '%.200s'\n", arg);
-        return 1;
+        std::fprintf(stderr, "ox info: no catalogue object has the code %d\n", name.code);
+        return kNotConverted;
     }
     static char text[OX_OBJSTRING_SIZE];
     const bool ok = readable_text(h, text);
@@ -59,8 +64,39 @@ int cmd_info(int argc, char **argv) {
         print_pcs_summary(stdout, h);
     }
     kind->del(h);
-    return ok ? 0 : 1;
+    if (!ok) {
+        std::fprintf(stderr, "ox info: the object of %d has no object string that reads back\n", name.code);
+        return kNotConverted;
+    }
+    return kConverted;
 }
+
+namespace {
+
+// Reads the object string of an input for `command`; null (after a message)
+// with the exit status in `status` when it cannot be read.
+ox_object *read_input(const char *command, const char *path, void (**del)(ox_object *), int *status) {
+    std::string text;
+    if (!read_text(command, path, &text)) {
+        *status = kUsage;
+        return nullptr;
+    }
+    void (*write)(ox_object *, int32_t, char *) = nullptr;
+    const char *keyword = nullptr;
+    ox_object *h = read_any(text.c_str(), del, &write, &keyword);
+    if (h == nullptr) {
+        const std::string what = input_name(path);
+        if (keyword == nullptr)
+            std::fprintf(stderr, "ox %s: %s: does not start with the keyword of an object (GEOGCS, PROJCS, ...)\n",
+                         command, what.c_str());
+        else
+            explain_unreadable(command, what.c_str(), text.c_str(), keyword);
+        *status = kNotConverted;
+    }
+    return h;
+}
+
+}  // namespace
 
 int cmd_identify(int argc, char **argv) {
     long limit = 10;
@@ -71,27 +107,24 @@ int cmd_identify(int argc, char **argv) {
             limit = std::strtol(argv[++i], &end, 10);
             if (*end != '\0' || limit < 1 || limit > 1000) {
                 std::fputs("ox identify: --limit takes a whole number from 1 to 1000\n", stderr);
-                return 2;
+                return kUsage;
             }
         } else if (std::strncmp(argv[i], "--", 2) == 0) {
             std::fprintf(stderr, "ox identify: unknown option '%.200s'\n", argv[i]);
-            return 2;
+            return kUsage;
         } else {
             path = argv[i];
         }
     }
-    static char text[1 << 20];
-    if (!read_text(path, text, sizeof text)) {
-        std::fprintf(stderr, "ox identify: cannot read %.200s\n", path);
-        return 2;
-    }
     void (*del)(ox_object *) = nullptr;
-    void (*write)(ox_object *, int32_t, char *) = nullptr;
-    ox_object *h = read_any(text, &del, &write);
-    if (h == nullptr || !(ox_projcs_p(h) || ox_geogcs_p(h))) {
-        std::fputs("ox identify: not a readable PROJCS or GEOGCS object string\n", stderr);
-        if (h != nullptr) del(h);
-        return 2;
+    int status = kConverted;
+    ox_object *h = read_input("identify", path, &del, &status);
+    if (h == nullptr) return status;
+    if (!(ox_projcs_p(h) || ox_geogcs_p(h))) {
+        std::fprintf(stderr, "ox identify: %s holds a %s, not a PROJCS or GEOGCS\n", input_name(path).c_str(),
+                     kind_of(h) ? kind_of(h)->keyword : "object");
+        del(h);
+        return kUsage;
     }
     static ox_identify_candidate candidates[1000];
     const int32_t found = ox_factory_identify(h, candidates, static_cast<int32_t>(limit));
@@ -111,13 +144,13 @@ int cmd_identify(int argc, char **argv) {
     }
     if (found > limit)
         std::fprintf(stderr, "ox identify: %d more candidate(s) (--limit)\n", found - static_cast<int32_t>(limit));
-    return found > 0 ? 0 : 1;
+    return found > 0 ? kConverted : kNotConverted;
 }
 
 int cmd_list(int argc, char **argv) {
-    if (argc < 2) {
-        std::fputs("usage: ox list KIND\n", stderr);
-        return 2;
+    if (argc != 2) {
+        std::fputs("usage: ox list KIND (ox list --help)\n", stderr);
+        return kUsage;
     }
     for (const List &l : kLists)
         if (std::strcmp(l.kind, argv[1]) == 0) {
@@ -125,35 +158,32 @@ int cmd_list(int argc, char **argv) {
             ox_predefined_entry *entries = l.list(&count);
             for (int32_t i = 0; i < count; ++i) std::printf("%d %s\n", entries[i].code, entries[i].name);
             ox_table_del(entries);
-            return count > 0 ? 0 : 1;
+            return count > 0 ? kConverted : kNotConverted;
         }
-    std::fprintf(stderr, "ox list: unknown kind '%.200s'\n", argv[1]);
-    return 2;
+    std::fprintf(stderr, "ox list: unknown kind '%.200s' (ox list --help)\n", argv[1]);
+    return kUsage;
 }
 
 int cmd_code(int argc, char **argv) {
-    const char *path = argc >= 2 ? argv[1] : "-";
-    static char text[1 << 20];
-    if (!read_text(path, text, sizeof text)) {
-        std::fprintf(stderr, "ox code: cannot read %.200s\n", path);
-        return 2;
+    if (argc > 2) {
+        std::fputs("usage: ox code [FILE|-] (ox code --help)\n", stderr);
+        return kUsage;
     }
+    const char *path = argc == 2 ? argv[1] : "-";
     void (*del)(ox_object *) = nullptr;
-    void (*write)(ox_object *, int32_t, char *) = nullptr;
-    ox_object *h = read_any(text, &del, &write);
-    if (h == nullptr) {
-        std::fputs("ox code: not a readable object string\n", stderr);
-        return 2;
-    }
+    int status = kConverted;
+    ox_object *h = read_input("code", path, &del, &status);
+    if (h == nullptr) return status;
     const int32_t code = ox_factory_code(h);
     del(h);
     if (code <= 0) {
+        std::fprintf(stderr, "ox code: %s: no catalogue object is equal to it\n", input_name(path).c_str());
         std::puts("0");
-        return 1;
+        return kNotConverted;
     }
     const char *name = ox_factory_int_to_defstring(code);
     std::printf("%d%s%s\n", code, name ? " " : "", name ? name : "");
-    return 0;
+    return kConverted;
 }
 
 }  // namespace oxtool

@@ -1,16 +1,12 @@
 // Subcommands of grid references and geodesics: georef and mgrs (positions
 // to references and back) and geodesic (the inverse and direct problems).
 //
-// Input is read line by line from standard input, each line one conversion:
-// the values it needs first, then any further columns, which are passed
-// through unchanged.  Comments (lines whose first non-blank character is
-// '#') and blank lines are copied as they are.  A line that cannot be read
-// or converted is copied through unchanged and reported on standard error
-// with its line number.  Exit status: 0 when every line converted, 1 when
-// some did not, 2 for a usage error or input that cannot be read.
+// Input is read line by line (run_lines of point_lines.h: a file or standard
+// input, comments, blank lines, messages and exit status as every converting
+// subcommand has them), each line one conversion: the values it needs first,
+// then any further columns, which are passed through unchanged.
 #include <strings.h>
 
-#include <cctype>
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
@@ -20,51 +16,11 @@
 
 #include "commands.h"
 #include "ox.h"
+#include "point_lines.h"
 
 namespace oxtool {
 
 namespace {
-
-constexpr size_t kMaxLine = 65536;  // longer lines are reported, not converted
-
-// ---------------------------------------------------------------------------
-// Line input
-// ---------------------------------------------------------------------------
-
-// Reads lines of a stream of any size in bounded memory.
-class LineReader {
-  public:
-    explicit LineReader(FILE *in) : in_(in) {}
-    // The next line without its end ('\n' or "\r\n"); false at the end of
-    // the input.  `overlong` is set for a line longer than kMaxLine, of which
-    // only the beginning is kept (the rest is read and dropped).  `nul` is
-    // set for a line holding a NUL byte.
-    bool next(std::string *line, bool *overlong, bool *nul) {
-        line->clear();
-        *overlong = false;
-        *nul = false;
-        int c;
-        bool any = false;
-        while ((c = std::getc(in_)) != EOF) {
-            any = true;
-            if (c == '\n') break;
-            if (c == '\0') *nul = true;
-            if (line->size() < kMaxLine)
-                line->push_back(static_cast<char>(c));
-            else
-                *overlong = true;
-        }
-        if (!line->empty() && line->back() == '\r') line->pop_back();
-        ++number_;
-        return any;
-    }
-    long number() const { return number_; }
-    bool failed() const { return std::ferror(in_) != 0; }
-
-  private:
-    FILE *in_;
-    long number_ = 0;
-};
 
 // The whitespace-separated fields of a line, with where the rest begins.
 struct Fields {
@@ -88,37 +44,10 @@ Fields split(const std::string &line, int wanted) {
     return f;
 }
 
-bool comment_or_blank(const std::string &line) {
-    for (char c : line) {
-        if (c == '#') return true;
-        if (c != ' ' && c != '\t') return false;
-    }
-    return true;
-}
-
-// A decimal number: optional sign, digits with an optional decimal point,
-// optional exponent; nothing else (no hexadecimal, no nan or inf).
+// A field that is one strict number (point_lines.h).
 bool parse_number(const std::string &text, double *value) {
-    const char *p = text.c_str();
-    const char *q = p;
-    if (*q == '+' || *q == '-') ++q;
-    int digits = 0;
-    while (std::isdigit(static_cast<unsigned char>(*q))) ++q, ++digits;
-    if (*q == '.') {
-        ++q;
-        while (std::isdigit(static_cast<unsigned char>(*q))) ++q, ++digits;
-    }
-    if (digits == 0) return false;
-    if (*q == 'e' || *q == 'E') {
-        ++q;
-        if (*q == '+' || *q == '-') ++q;
-        if (!std::isdigit(static_cast<unsigned char>(*q))) return false;
-        while (std::isdigit(static_cast<unsigned char>(*q))) ++q;
-    }
-    if (*q != '\0') return false;
-    errno = 0;
-    *value = std::strtod(p, nullptr);
-    return std::isfinite(*value);
+    const char *stop = nullptr;
+    return oxtool::parse_number(text.data(), text.data() + text.size(), value, &stop) == nullptr;
 }
 
 // ---------------------------------------------------------------------------
@@ -129,6 +58,8 @@ struct Options {
     Options(const char *name, int default_digits) : command(name), digits(default_digits) {}
     const char *command;
     const char *system = "4326";
+    const char *input = nullptr;   // null: standard input
+    const char *output = nullptr;  // null: standard output
     bool reverse = false;
     bool direct = false;
     bool round = false;
@@ -160,7 +91,12 @@ bool parse_options(int argc, char **argv, const char *flags, Options *o) {
     for (int i = 1; i < argc; ++i) {
         const char *a = argv[i];
         const bool valued = std::strcmp(a, "--system") == 0 || std::strcmp(a, "--digits") == 0 ||
-                            std::strcmp(a, "--precision") == 0 || std::strcmp(a, "--lettering") == 0;
+                            std::strcmp(a, "--precision") == 0 || std::strcmp(a, "--lettering") == 0 ||
+                            std::strcmp(a, "--output") == 0;
+        if ((a[0] != '-' || a[1] == '\0') && o->input == nullptr) {  // the input file ("-": standard input)
+            o->input = a;
+            continue;
+        }
         if (!takes(a)) {
             std::fprintf(stderr, "ox %s: unknown option '%s' (ox %s --help)\n", o->command, a, o->command);
             return false;
@@ -172,6 +108,8 @@ bool parse_options(int argc, char **argv, const char *flags, Options *o) {
         long v = 0;
         if (std::strcmp(a, "--system") == 0) {
             o->system = argv[++i];
+        } else if (std::strcmp(a, "--output") == 0) {
+            o->output = argv[++i];
         } else if (std::strcmp(a, "--digits") == 0) {
             const bool mgrs = std::strcmp(o->command, "mgrs") == 0;
             if (!whole_number(argv[++i], mgrs ? 0 : 2, mgrs ? 11 : 9, &v)) {
@@ -217,7 +155,7 @@ bool parse_options(int argc, char **argv, const char *flags, Options *o) {
 
 // The geographic system that --system names: a catalogue code or definition
 // string, an object string starting with GEOGCS, or a file that holds one.
-ox_object *load_geogcs(const char *arg) {
+ox_object *load_geogcs(const char *command, const char *arg) {
     const char *p = arg;
     while (*p == ' ' || *p == '\t') ++p;
     if (strncasecmp(p, "GEOGCS", 6) == 0) return ox_geogcs_from_string(p);
@@ -227,9 +165,8 @@ ox_object *load_geogcs(const char *arg) {
         const int32_t code = ox_factory_defstring_to_int(p);
         return code != 0 ? ox_factory_geogcs(code) : nullptr;
     }
-    static char text[1 << 20];
-    if (!read_text(arg, text, sizeof text)) return nullptr;
-    return ox_geogcs_from_string(text);
+    std::string text;
+    return read_text(command, arg, &text) ? ox_geogcs_from_string(text.c_str()) : nullptr;
 }
 
 // ---------------------------------------------------------------------------
@@ -238,14 +175,14 @@ ox_object *load_geogcs(const char *arg) {
 
 // What one conversion does: read its fields, convert, print.  Returns false
 // (with a message, nothing printed) when the line is not converted.
-using Convert = bool (*)(ox_object *gcs, const Options &o, const std::string &line, std::string *message);
+using Convert = bool (*)(std::FILE *out, ox_object *gcs, const Options &o, const std::string &line,
+                         std::string *message);
 
 // Prints a converted line: `text`, then the rest of the input line unless
-// it is only blanks.
-void print_converted(const std::string &text, const char *rest) {
-    std::fputs(text.c_str(), stdout);
-    if (rest[std::strspn(rest, " \t")] != '\0') std::fputs(rest, stdout);
-    std::fputc('\n', stdout);
+// it is only blanks (the line break is run_lines's).
+void print_converted(std::FILE *out, const std::string &text, const char *rest) {
+    std::fputs(text.c_str(), out);
+    if (rest[std::strspn(rest, " \t")] != '\0') std::fputs(rest, out);
 }
 
 std::string format_pair(double x, double y, int precision) {
@@ -291,8 +228,8 @@ bool decode_reference(const ReferenceKind &kind, ox_object *gcs, const Options &
 }
 
 // One line of a reference conversion, either way.
-bool convert_reference(const ReferenceKind &kind, ox_object *gcs, const Options &o, const std::string &line,
-                       std::string *message) {
+bool convert_reference(std::FILE *out, const ReferenceKind &kind, ox_object *gcs, const Options &o,
+                       const std::string &line, std::string *message) {
     double pt[2];
     if (o.reverse) {
         const char *rest = "";
@@ -300,7 +237,7 @@ bool convert_reference(const ReferenceKind &kind, ox_object *gcs, const Options 
             *message = kind.not_read;
             return false;
         }
-        print_converted(format_pair(pt[0], pt[1], o.precision), rest);
+        print_converted(out, format_pair(pt[0], pt[1], o.precision), rest);
         return true;
     }
     Fields f;
@@ -310,7 +247,7 @@ bool convert_reference(const ReferenceKind &kind, ox_object *gcs, const Options 
         *message = "the point has no reference (a latitude beyond 90 degrees?)";
         return false;
     }
-    print_converted(buffer, f.rest);
+    print_converted(out, buffer, f.rest);
     return true;
 }
 
@@ -339,15 +276,18 @@ const ReferenceKind kMgrs = {
     "not an MGRS reference of this lettering",
 };
 
-bool convert_georef(ox_object *gcs, const Options &o, const std::string &line, std::string *message) {
-    return convert_reference(kGeoref, gcs, o, line, message);
+bool convert_georef(std::FILE *out, ox_object *gcs, const Options &o, const std::string &line,
+                    std::string *message) {
+    return convert_reference(out, kGeoref, gcs, o, line, message);
 }
 
-bool convert_mgrs(ox_object *gcs, const Options &o, const std::string &line, std::string *message) {
-    return convert_reference(kMgrs, gcs, o, line, message);
+bool convert_mgrs(std::FILE *out, ox_object *gcs, const Options &o, const std::string &line,
+                  std::string *message) {
+    return convert_reference(out, kMgrs, gcs, o, line, message);
 }
 
-bool convert_geodesic(ox_object *gcs, const Options &o, const std::string &line, std::string *message) {
+bool convert_geodesic(std::FILE *out, ox_object *gcs, const Options &o, const std::string &line,
+                      std::string *message) {
     const Fields f = split(line, 4);
     double v[4];
     for (int i = 0; i < 4; ++i)
@@ -365,7 +305,7 @@ bool convert_geodesic(ox_object *gcs, const Options &o, const std::string &line,
             *message = "no geodesic (a latitude beyond 90 degrees?)";
             return false;
         }
-        print_converted(format_pair(lon / unit, lat / unit, o.precision), f.rest);
+        print_converted(out, format_pair(lon / unit, lat / unit, o.precision), f.rest);
         return true;
     }
     double s, azi1, azi2;
@@ -376,14 +316,14 @@ bool convert_geodesic(ox_object *gcs, const Options &o, const std::string &line,
     char buffer[192];
     std::snprintf(buffer, sizeof buffer, "%.*f %.*f %.*f", o.precision < 9 ? o.precision : 9, s, o.precision,
                   azi1 / unit, o.precision, azi2 / unit);
-    print_converted(buffer, f.rest);
+    print_converted(out, buffer, f.rest);
     return true;
 }
 
-// Runs a conversion over the lines of standard input.
+// Runs a conversion over the lines of the input.
 int run(int argc, char **argv, const char *flags, Options o, Convert convert) {
     if (!parse_options(argc, argv, flags, &o)) return 2;
-    ox_object *gcs = load_geogcs(o.system);
+    ox_object *gcs = load_geogcs(o.command, o.system);
     if (gcs == nullptr) {
         std::fprintf(stderr, "ox %s: cannot read a geographic system (GEOGCS) from '%.200s'\n", o.command, o.system);
         return 2;
@@ -396,50 +336,30 @@ int run(int argc, char **argv, const char *flags, Options o, Convert convert) {
             return 2;
         }
     }
-    LineReader reader(stdin);
-    std::string line, message;
-    bool overlong = false, nul = false;
-    long failed = 0;
-    while (reader.next(&line, &overlong, &nul)) {
-        if (!overlong && !nul && comment_or_blank(line)) {
-            std::puts(line.c_str());
-            continue;
-        }
-        message.clear();
-        if (overlong) {
-            message = "line longer than 65536 characters";
-        } else if (nul) {
-            message = "NUL byte in the line";
-        } else if (convert(gcs, o, line, &message)) {
-            continue;
-        }
-        std::fprintf(stderr, "ox %s: line %ld: %s\n", o.command, reader.number(), message.c_str());
-        if (!overlong && !nul) std::puts(line.c_str());  // (those two are not copied)
-        ++failed;
-    }
-    const bool unreadable = reader.failed();
+    LineJob job{o.command, [&](std::FILE *out, const std::string &line, std::string *message) {
+                    return convert(out, gcs, o, line, message);
+                }};
+    const int status = run_lines(job, o.input, o.output);
     ox_geogcs_del(gcs);
-    if (unreadable) {
-        std::fprintf(stderr, "ox %s: error reading the input\n", o.command);
-        return 2;
-    }
-    if (failed > 0) std::fprintf(stderr, "ox %s: %ld line(s) not converted\n", o.command, failed);
-    return failed > 0 ? 1 : 0;
+    return status;
 }
 
 }  // namespace
 
 int cmd_georef(int argc, char **argv) {
-    return run(argc, argv, "--system --reverse --digits --round --precision", Options("georef", 4), convert_georef);
+    return run(argc, argv, "--system --reverse --digits --round --precision --output", Options("georef", 4),
+               convert_georef);
 }
 
 int cmd_mgrs(int argc, char **argv) {
-    return run(argc, argv, "--system --reverse --digits --round --precision --lettering --centre --center --spaces",
+    return run(argc, argv,
+               "--system --reverse --digits --round --precision --lettering --centre --center --spaces --output",
                Options("mgrs", 5), convert_mgrs);
 }
 
 int cmd_geodesic(int argc, char **argv) {
-    return run(argc, argv, "--system --inverse --direct --precision", Options("geodesic", 0), convert_geodesic);
+    return run(argc, argv, "--system --inverse --direct --precision --output", Options("geodesic", 0),
+               convert_geodesic);
 }
 
 }  // namespace oxtool

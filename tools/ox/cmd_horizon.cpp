@@ -59,11 +59,8 @@ int cmd_horizon(int argc, char **argv) {
         std::fputs("usage: ox horizon [--projected] [--raster] [--precision N] SYSTEM\n", stderr);
         return 2;
     }
-    ox_object *pcs = load_projcs(system);
-    if (pcs == nullptr) {
-        std::fprintf(stderr, "ox horizon: cannot read a projected system (PROJCS) from '%.200s'\n", system);
-        return 2;
-    }
+    ox_object *pcs = load_projcs("horizon", system);  // (says why when it cannot)
+    if (pcs == nullptr) return 2;
     const int32_t kind = (projected ? OX_HORIZON_PROJECTED : OX_HORIZON_GEOGRAPHIC) +
                          (raster ? OX_HORIZON_GEOGRAPHIC_RASTER : 0);
     ox_horizon *h = ox_generate_horizon(pcs, kind);

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 #include "commands.h"
 #include "ox.h"
@@ -54,12 +55,9 @@ int prj_read(int argc, char **argv) {
     int32_t error = 0;
     ox_object *h = nullptr;
     if (std::strcmp(path, "-") == 0) {
-        static char text[1 << 20];
-        if (!read_text(path, text, sizeof text)) {
-            std::fputs("ox prj read: cannot read standard input\n", stderr);
-            return 2;
-        }
-        h = ox_hvcoordsys_from_prjstring(text, &error);
+        std::string text;
+        if (!read_text("prj read", path, &text)) return 2;
+        h = ox_hvcoordsys_from_prjstring(text.c_str(), &error);
     } else {
         h = ox_hvcoordsys_from_prjfile(path, &error);
     }
@@ -94,13 +92,12 @@ ox_object *load_system(const char *arg) {
             return ox_hvcoordsys_new(ox_factory_projcs(code), nullptr);
         return nullptr;
     }
-    static char text[1 << 20];
     const char *p = arg;
     while (std::isspace(static_cast<unsigned char>(*p))) ++p;
     if (strncasecmp(p, "PROJCS", 6) != 0 && strncasecmp(p, "GEOGCS", 6) != 0 && strncasecmp(p, "VERTCS", 6) != 0 &&
         strncasecmp(p, "HVCOORDSYS", 10) != 0) {
-        if (!read_text(arg, text, sizeof text)) return nullptr;
-        p = text;
+        std::string text;
+        return read_text("prj write", arg, &text) ? ox_hvcoordsys_from_string(text.c_str()) : nullptr;
     }
     return ox_hvcoordsys_from_string(p);
 }

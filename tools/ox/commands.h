@@ -1,8 +1,13 @@
-// The subcommands of the `ox` tool.  Each returns the process exit status.
+// The subcommands of the `ox` tool and what they share.  Each subcommand
+// returns the process exit status, the same convention for all of them:
+//   0  done: every point or object converted;
+//   1  some input not converted (each line or reason reported on stderr);
+//   2  a usage error, or an input (file, system) that cannot be read.
 #pragma once
 
 #include <cstdint>
 #include <cstdio>
+#include <string>
 
 #include "ox.h"
 
@@ -15,11 +20,31 @@ struct Command {
     int (*run)(int argc, char **argv);  // argv[0] is the subcommand's name
 };
 
-// Reads a whole file ("-" for standard input) into a string; false on failure.
-bool read_text(const char *path, char *buffer, size_t size);
+inline constexpr int kConverted = 0;
+inline constexpr int kNotConverted = 1;
+inline constexpr int kUsage = 2;
+
+// The largest text read whole (an object string is at most 1023 characters
+// besides white space).
+inline constexpr size_t kMaxText = size_t{16} << 20;
+
+// Reads a whole input (a path, or null or "-" for standard input) into
+// `text`.  False, after a message, when it cannot be opened or read, is
+// larger than kMaxText or holds a NUL byte.
+bool read_text(const char *command, const char *path, std::string *text);
+// How messages name an input: 'path', or standard input for null or "-".
+std::string input_name(const char *path);
+
 // Reads the object of an object string by its leading keyword; gives the
-// object's delete and writer functions.  Null when the text is not readable.
-ox_object *read_any(const char *text, void (**del)(ox_object *), void (**write)(ox_object *, int32_t, char *));
+// object's delete and writer functions and the keyword.  Null when the text
+// starts with no keyword of an object or is not readable.
+ox_object *read_any(const char *text, void (**del)(ox_object *), void (**write)(ox_object *, int32_t, char *),
+                    const char **keyword = nullptr);
+
+// Explains on standard error why `text` (described by `what`, for example
+// "'utm.prj'") is no readable object string: where and why the tokenizer
+// stopped, or that its tokens make no object of `keyword`.
+void explain_unreadable(const char *command, const char *what, const char *text, const char *keyword);
 
 // A kind of object: its name on the command line, its keyword, its test,
 // builder, reader, writer and delete function.
@@ -64,9 +89,10 @@ ox_object *catalogue_projcs(const char *arg);
 bool readable_text(ox_object *h, char text[OX_OBJSTRING_SIZE]);
 
 // The projected system that a command-line argument names: a catalogue code
-// or definition string, an object string starting with PROJCS, or the name of
-// a file that holds one.  Null when none can be read.
-ox_object *load_projcs(const char *arg);
+// ("32633", "EPSG:32633") or definition string, an object string, or the name
+// of a file that holds one.  Null, after a message saying why, when none can
+// be had.
+ox_object *load_projcs(const char *command, const char *arg);
 
 int cmd_version(int argc, char **argv);
 int cmd_parse(int argc, char **argv);

@@ -7,61 +7,77 @@
 namespace oxtool {
 namespace {
 
+#define OX_EXIT_STATUS                                                                  \
+    "Exit status: 0 when everything was converted, 1 when some input was not (each\n"    \
+    "case reported on standard error), 2 for a usage error or an input that cannot\n"   \
+    "be read.\n"
+
+#define OX_POINT_LINES                                                                  \
+    "Each input line is one point: two numbers separated by blanks or tabs, then\n"      \
+    "optional further columns, which are copied unchanged after the converted pair\n"   \
+    "(so x y z files keep their heights). Numbers are decimal with an optional\n"        \
+    "exponent (no hexadecimal, nan or inf). Blank lines and lines starting with '#'\n"  \
+    "are copied unchanged; any other line that does not start with two numbers is\n"   \
+    "reported with its line number and copied unchanged. A point that cannot be\n"      \
+    "converted is written as \"nan nan\" followed by the rest of its line and\n"         \
+    "reported. Input of any size is read in bounded memory.\n"
+
 // How the line-based conversions treat their input (help texts).
 #define OX_LINE_RULES                                                                 \
-    "Comments (#) and blank lines are copied. A line that cannot be converted is\n"   \
-    "copied unchanged and reported on standard error with its number (lines over\n"  \
-    "65536 characters or holding a NUL byte are reported and not copied). Exit\n"    \
-    "status 0 when every line converted, 1 when some did not, 2 for a usage error\n" \
-    "or input that cannot be read.\n"
+    "Comments (#) and blank lines are copied. A line that cannot be converted (a\n"  \
+    "number that is not strictly decimal, a NUL byte, over 65536 characters) is\n"   \
+    "copied unchanged and reported on standard error with its number.\n"             \
+    OX_EXIT_STATUS
 
-// The geographic system option of the same conversions.
+// The geographic system option of the same conversions, and their input and
+// output.
 #define OX_SYSTEM_OPTION                                                             \
+    "  --output FILE  write FILE instead of standard output; INPUT is a file (none\n" \
+    "                 or \"-\": standard input)\n"                                    \
     "  --system S     the geographic system: a code (default 4326), a definition\n" \
     "                 string, an object string GEOGCS[...] or a file holding one"
 
 const Command kCommands[] = {
     {"version", "print the library version",
-     "usage: ox version\n\nPrints the library's version text.\n", cmd_version},
+     "usage: ox version\n       ox --version\n\nPrints the library's version text.\n", cmd_version},
     {"parse", "read an object string and print it back normalised",
      "usage: ox parse [--authority 0|1|2] [FILE|-]\n\n"
      "Reads an object string (GEOGCS, PROJCS, GEOGTRAN, VERTCS, ...) from FILE or\n"
      "standard input and prints it as the library writes it. --authority chooses\n"
      "where AUTHORITY clauses are written: 0 none (default), 1 outermost object,\n"
-     "2 every object. Exit status 1 when the text cannot be read.\n",
+     "2 every object. A text that cannot be read is explained: where and why its\n"
+     "reading stopped.\n\n" OX_EXIT_STATUS,
      cmd_parse},
     {"defaults", "list the parameters of a projection with their defaults",
      "usage: ox defaults PROJECTION\n\n"
      "PROJECTION is a registry name (\"Transverse_Mercator\", aliases accepted) or\n"
-     "code (43006). Prints one PARAMETER[...] per line in slot order.\n",
+     "code (43006). Prints one PARAMETER[...] per line in slot order.\n\n" OX_EXIT_STATUS,
      cmd_defaults},
-    {"project", "project longitude/latitude pairs through a projected system",
-     "usage: ox project [--precision N] SYSTEM < POINTS\n\n"
+    {"project", "project longitude/latitude points through a projected system",
+     "usage: ox project [--precision N] [--output FILE] SYSTEM [INPUT|-]\n\n"
      "SYSTEM is a projected system: a catalogue code (32633, EPSG:7855) or definition string\n"
      "(OX_PCS_WGS_1984_UTM_ZONE_33N), an object string starting with PROJCS[, or\n"
-     "the name of a file that holds one. POINTS are whitespace-separated longitude and\n"
-     "latitude pairs in the angular unit of the system's GEOGCS, read from standard\n"
-     "input; each pair is written to standard output as \"x y\" in the system's\n"
-     "linear unit, false easting and northing included.\n\n"
-     "  --precision N  digits after the decimal point, 0 to 17 (default 4)\n\n"
-     "A point that cannot be converted, or a value that is not a number, prints\n"
-     "\"nan nan\". Exit status 0 when every point converted, 1 when some did not or\n"
-     "the input was malformed, 2 for a usage error or an unreadable SYSTEM.\n",
+     "the name of a file that holds one. INPUT (standard input when absent or \"-\")\n"
+     "holds longitude and latitude in the angular unit of the system's GEOGCS; each\n"
+     "point is written as \"x y\" in the system's linear unit, false easting and\n"
+     "northing included.\n\n" OX_POINT_LINES "\n"
+     "  --precision N  digits after the decimal point, 0 to 17 (default 4)\n"
+     "  --output FILE  write to FILE instead of standard output\n\n" OX_EXIT_STATUS,
      cmd_project},
-    {"unproject", "unproject x/y pairs back to longitude/latitude",
-     "usage: ox unproject [--precision N] [--center LON] SYSTEM < POINTS\n\n"
+    {"unproject", "unproject x/y points back to longitude/latitude",
+     "usage: ox unproject [--precision N] [--center LON] [--output FILE] SYSTEM [INPUT|-]\n\n"
      "SYSTEM is a projected system: a catalogue code (32633, EPSG:7855) or definition string\n"
      "(OX_PCS_WGS_1984_UTM_ZONE_33N), an object string starting with PROJCS[, or\n"
-     "the name of a file that holds one. POINTS are whitespace-separated x and y pairs\n"
-     "in the system's linear unit, read from standard input; each pair is written\n"
-     "to standard output as \"longitude latitude\" in the angular unit of the\n"
-     "system's GEOGCS.\n\n"
+     "the name of a file that holds one. INPUT (standard input when absent or \"-\")\n"
+     "holds x and y in the system's linear unit; each point is written as\n"
+     "\"longitude latitude\" in the angular unit of the system's GEOGCS. A result\n"
+     "that is not finite, or a latitude beyond a pole (a point outside the\n"
+     "projection, which series projections still convert), counts as not\n"
+     "converted.\n\n" OX_POINT_LINES "\n"
      "  --precision N  digits after the decimal point, 0 to 17 (default 9)\n"
      "  --center LON   return longitudes within 180 degrees (half a turn of the\n"
-     "                 angular unit) of LON instead of the usual range\n\n"
-     "A point that cannot be converted, or a value that is not a number, prints\n"
-     "\"nan nan\". Exit status 0 when every point converted, 1 when some did not or\n"
-     "the input was malformed, 2 for a usage error or an unreadable SYSTEM.\n",
+     "                 angular unit) of LON instead of the usual range\n"
+     "  --output FILE  write to FILE instead of standard output\n\n" OX_EXIT_STATUS,
      cmd_unproject},
     {"transform", "convert longitude/latitude points through a datum transformation",
      "usage: ox transform [OPTIONS] TRANSFORMATION < POINTS\n"
@@ -109,21 +125,20 @@ const Command kCommands[] = {
      "  --kind KIND  build the code as KIND: projcs, geogcs, vertcs, geogtran,\n"
      "               datum, vdatum, spheroid, primem, unit, projection,\n"
      "               parameter, method or htmethod (ox info --kind datum 6677)\n\n"
-     "Exit status 1 when the catalogue has nothing for it, 2 for a usage error.\n",
+     OX_EXIT_STATUS,
      cmd_info},
     {"list", "list the catalogue objects of a kind",
      "usage: ox list KIND\n\n"
      "Prints the code and name of every current catalogue object of KIND, one per\n"
      "line, sorted by name. KIND is projcs, geogcs, vertcs, geogtran, datum,\n"
      "vdatum, spheroid, primem, projection, parameter, method, htmethod,\n"
-     "angular_unit or linear_unit. Object-edit files (OXOBJEDITHOME) are included.\n",
+     "angular_unit or linear_unit. Object-edit files (OXOBJEDITHOME) are included.\n\n" OX_EXIT_STATUS,
      cmd_list},
     {"code", "find the catalogue code of an object string",
      "usage: ox code [FILE|-]\n\n"
      "Reads an object string from FILE or standard input and prints the code of\n"
-     "the equal catalogue object and its definition string. Exit status 1 when\n"
-     "the catalogue has no equal object (\"0\" is printed), 2 when the text is not\n"
-     "readable.\n",
+     "the equal catalogue object and its definition string; \"0\" when the catalogue\n"
+     "has no equal object.\n\n" OX_EXIT_STATUS,
      cmd_code},
     {"identify", "find the catalogue systems equivalent to an object string",
      "usage: ox identify [--limit N] [FILE|-]\n\n"
@@ -135,8 +150,8 @@ const Command kCommands[] = {
      "   90  parameters and datum name equal, the system named otherwise\n"
      "   80  parameters equal, on a datum of another name and the same figure\n\n"
      "  --limit N  print at most N candidates, 1 to 1000 (default 10)\n\n"
-     "Exit status 1 when nothing is equivalent, 2 when the text is not a\n"
-     "readable PROJCS or GEOGCS.\n",
+     OX_EXIT_STATUS "(1 also when nothing is equivalent; 2 for an object other than a PROJCS or\n"
+     "GEOGCS.)\n",
      cmd_identify},
     {"prj", "read or write a legacy projection file",
      "usage: ox prj read [--authority 0|1|2] FILE|-\n"
@@ -160,7 +175,8 @@ const Command kCommands[] = {
      "a usage error, an unreadable FILE or SYSTEM.\n",
      cmd_prjfile},
     {"georef", "convert positions to GEOREF references and back",
-     "usage: ox georef [--reverse] [--digits N] [--round] [--precision N] [--system GEOGCS] < LINES\n\n"
+     "usage: ox georef [--reverse] [--digits N] [--round] [--precision N] [--system GEOGCS]\n"
+     "                 [--output FILE] [INPUT]\n\n"
      "Each input line is one conversion; further columns after the values it\n"
      "needs are passed through. Forward: \"longitude latitude\" in the angular unit\n"
      "of GEOGCS becomes a GEOREF reference (\"MKPG12000400\"). With --reverse a\n"
@@ -174,7 +190,7 @@ const Command kCommands[] = {
      cmd_georef},
     {"mgrs", "convert positions to MGRS references and back",
      "usage: ox mgrs [--reverse] [--digits N] [--round] [--lettering L] [--centre]\n"
-     "               [--spaces] [--precision N] [--system GEOGCS] < LINES\n\n"
+     "               [--spaces] [--precision N] [--system GEOGCS] [--output FILE] [INPUT]\n\n"
      "Each input line is one conversion; further columns after the values it\n"
      "needs are passed through. Forward: \"longitude latitude\" in the angular unit\n"
      "of GEOGCS (on its datum) becomes an MGRS reference (\"33UWT0000061038\"): UTM\n"
@@ -194,7 +210,8 @@ const Command kCommands[] = {
      OX_LINE_RULES,
      cmd_mgrs},
     {"geodesic", "distances and azimuths on the ellipsoid, and points reached",
-     "usage: ox geodesic [--inverse|--direct] [--precision N] [--system GEOGCS] < LINES\n\n"
+     "usage: ox geodesic [--inverse|--direct] [--precision N] [--system GEOGCS]\n"
+     "                   [--output FILE] [INPUT]\n\n"
      "The shortest lines on the spheroid of GEOGCS. Each input line is one\n"
      "problem; further columns after its four numbers are passed through. Angles\n"
      "are in the angular unit of GEOGCS, azimuths clockwise from north, distances\n"
@@ -230,9 +247,10 @@ const Command kCommands[] = {
 };
 
 void overview(FILE *out) {
-    std::fputs("usage: ox COMMAND [ARGS]\n\nCommands:\n", out);
+    std::fputs("usage: ox COMMAND [ARGS]\n       ox --version\n\nCommands:\n", out);
     for (const Command &c : kCommands) std::fprintf(out, "  %-10s %s\n", c.name, c.synopsis);
-    std::fputs("\nRun 'ox COMMAND --help' for the options of a command.\n", out);
+    std::fputs("\nRun 'ox COMMAND --help' for the options of a command; 'man ox' for the manual.\n\n", out);
+    std::fputs(OX_EXIT_STATUS, out);
 }
 
 }  // namespace
@@ -240,6 +258,7 @@ void overview(FILE *out) {
 
 int main(int argc, char **argv) {
     using namespace oxtool;
+    if (argc == 2 && std::strcmp(argv[1], "--version") == 0) return cmd_version(1, argv + 1);
     if (argc < 2 || std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0 ||
         std::strcmp(argv[1], "help") == 0) {
         if (argc >= 3 && std::strcmp(argv[1], "help") == 0) {
@@ -250,7 +269,7 @@ int main(int argc, char **argv) {
                 }
         }
         overview(argc < 2 ? stderr : stdout);
-        return argc < 2 ? 2 : 0;
+        return argc < 2 ? kUsage : kConverted;
     }
     for (const Command &c : kCommands)
         if (std::strcmp(c.name, argv[1]) == 0) {
@@ -263,5 +282,5 @@ int main(int argc, char **argv) {
         }
     std::fprintf(stderr, "ox: unknown command '%s'\n\n", argv[1]);
     overview(stderr);
-    return 2;
+    return kUsage;
 }
