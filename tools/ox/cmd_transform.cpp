@@ -39,9 +39,9 @@ ox_object *load_object(const char *arg, const ObjectKind *kind) {
     if (strncasecmp(p, kind->keyword, std::strlen(kind->keyword)) == 0) return kind->read(p);
     CatalogueName name;
     if (parse_system(arg, &name)) return catalogue_object(name, kind, nullptr);
-    static char text[1 << 20];
-    if (!read_text(arg, text, sizeof text)) return nullptr;
-    return kind->read(text);
+    std::string text;
+    if (!read_text("ox transform", arg, &text)) return nullptr;
+    return kind->read(text.c_str());
 }
 
 // A strict number at `p`: sign, digits with an optional point, an optional
