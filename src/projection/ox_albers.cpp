@@ -71,7 +71,8 @@ bool albers_setup(const Frame &f, double e, Q q, AlbersConstants &c) {
 template <class M>
 OX_ALWAYS_INLINE bool albers_forward(const Frame &f, const AlbersConstants &c, double L, double q, double &x,
                                      double &y) {
-    const double s = M::sqrt(std::fmax(c.c - c.n * q, 0.0));
+    const double rad = c.c - c.n * q;
+    const double s = M::sqrt(rad > 0.0 ? rad : 0.0);  // a select, not fmax: the loop vectorises
     const double sum = c.s0 + s;
     const double offset = sum == 0.0 ? 0.0 : f.a * (q - c.q0) / sum;
     return cone_forward<M>(c.n, f.a * s, offset, L, x, y);
@@ -86,7 +87,8 @@ OX_ALWAYS_INLINE bool albers_inverse(const Frame &f, const AlbersConstants &c, d
     const double q = c.q0 + 2.0 * c.s0 * y / f.a - c.n * (x * x + y * y) / a2;
     const double sb = q / c.qp;
     sin_beta = std::fabs(sb) <= 1.0 ? sb : (std::fabs(sb) <= 1.0 + 1e-14 ? std::copysign(1.0, sb) : failure_nan());
-    const double s = M::sqrt(std::fmax(c.c - c.n * q, 0.0));
+    const double rad = c.c - c.n * q;
+    const double s = M::sqrt(rad > 0.0 ? rad : 0.0);  // a select, not fmax: the loop vectorises
     bool ok;
     const double u = c.n * x, v = f.a * c.s0 - c.n * y;
     const double theta = cone_angle<M>(c.n, f.a * c.s0, x, y, ok);
