@@ -2,13 +2,12 @@
 // (forward or inverse), and the catalogue's transformations between two
 // geographic systems.
 //
-// Input lines follow the tool's convention for point commands: each line
-// is one point, "lon lat" or "lon lat h" (strict numbers; a third column
-// that is not a number is passed through with the rest of the line), blank
-// lines and lines starting with '#' are copied, a line that is not a point
-// and a point that is not converted are reported on standard error with
-// the line number and copied unchanged.  Exit status 0 when every point
-// converted, 1 when some did not, 2 for a usage error or unreadable input.
+// Points are read by the tool's shared point reader (point_lines.h): each
+// line is one point, "lon lat" or "lon lat h" (a third column that is not a
+// number is passed through with the rest of the line); a point that is not
+// converted is reported on standard error with its line number and copied
+// unchanged.  Exit status 0 when every point converted, 1 when some did not,
+// 2 for a usage error or unreadable input.
 #include <strings.h>
 
 #include <cctype>
@@ -21,14 +20,13 @@
 #include <vector>
 
 #include "commands.h"
+#include "point_lines.h"
 #include "ox.h"
 
 namespace oxtool {
 
 namespace {
 
-constexpr size_t kMaxLine = 1 << 16;  // longer lines are reported and copied
-constexpr int32_t kBatch = 4096;      // points per library call
 
 // An object of `kind` named on the command line: an object string, a
 // catalogue code or definition string, or a file that holds an object
@@ -44,40 +42,6 @@ ox_object *load_object(const char *arg, const ObjectKind *kind) {
     return kind->read(text.c_str());
 }
 
-// A strict number at `p`: sign, digits with an optional point, an optional
-// exponent, followed by a blank or the end.  Sets `end` past it.
-bool strict_number(const char *p, double *value, const char **end) {
-    const char *q = p;
-    if (*q == '+' || *q == '-') ++q;
-    bool digits = false;
-    while (std::isdigit(static_cast<unsigned char>(*q))) ++q, digits = true;
-    if (*q == '.') {
-        ++q;
-        while (std::isdigit(static_cast<unsigned char>(*q))) ++q, digits = true;
-    }
-    if (!digits) return false;
-    if (*q == 'e' || *q == 'E') {
-        const char *e = q + 1;
-        if (*e == '+' || *e == '-') ++e;
-        if (!std::isdigit(static_cast<unsigned char>(*e))) return false;
-        while (std::isdigit(static_cast<unsigned char>(*e))) ++e;
-        q = e;
-    }
-    if (*q != '\0' && *q != ' ' && *q != '\t' && *q != '\r' && *q != '\n') return false;
-    errno = 0;
-    char *stop = nullptr;
-    const double v = std::strtod(p, &stop);
-    if (stop != q || errno == ERANGE || !std::isfinite(v)) return false;
-    *value = v;
-    *end = q;
-    return true;
-}
-
-const char *skip_blanks(const char *p) {
-    while (*p == ' ' || *p == '\t') ++p;
-    return p;
-}
-
 struct Options {
     bool inverse = false;
     const char *datahome = nullptr;
@@ -88,127 +52,52 @@ struct Options {
     const char *between[2] = {nullptr, nullptr};
 };
 
-// One line held until its batch is converted.
-struct Line {
-    long number;
-    std::string text;  // the whole line, without its newline
-    bool point;        // a point to convert
-    bool height;       // a third number was read
-    size_t rest;       // where the passed-through rest of the line starts
-};
-
-class Transformer {
-   public:
-    Transformer(ox_object *gt, const Options &o, std::FILE *out) : gt_(gt), o_(o), out_(out) {}
-
-    void add(Line line, double lon, double lat, double h) {
-        if (line.point) {
-            points_.push_back(lon);
-            points_.push_back(lat);
-            heights_.push_back(h);
+// Converts the points of `o.input` through the transformation (forward, or
+// inverse with --inverse) into `o.output`; the exit status.
+int transform_points(ox_object *gt, const Options &o) {
+    const auto convert = [&](int32_t n, double *points, double *heights) {
+        return o.inverse ? ox_geog2_to_geog1(gt, n, points, heights) : ox_geog1_to_geog2(gt, n, points, heights);
+    };
+    std::vector<double> points, heights, saved_points, saved_heights;
+    PointJob job;
+    job.command = "transform";
+    job.optional_values = 1;  // the height
+    job.copy_failed = true;
+    job.convert = [&](PointBatch &b) {
+        // Interleaved longitudes and latitudes and the heights (0 where a
+        // line has none), converted with one call.
+        points.resize(2 * static_cast<size_t>(b.n));
+        heights.resize(static_cast<size_t>(b.n));
+        for (int32_t i = 0; i < b.n; ++i) {
+            points[2 * i] = b.values[3 * i];
+            points[2 * i + 1] = b.values[3 * i + 1];
+            heights[i] = std::isnan(b.values[3 * i + 2]) ? 0.0 : b.values[3 * i + 2];
         }
-        lines_.push_back(std::move(line));
-        if (points_.size() / 2 >= static_cast<size_t>(kBatch)) flush();
-    }
-
-    // Converts the held points and writes the held lines.
-    void flush() {
-        const int32_t n = static_cast<int32_t>(points_.size() / 2);
-        std::vector<double> in = points_, hin = heights_;
-        std::vector<char> done(static_cast<size_t>(n), 1);
-        if (n > 0 && convert(n, points_.data(), heights_.data()) != n) {
-            // Some point was not converted: find which, one at a time.
-            points_ = in;
-            heights_ = hin;
-            for (int32_t i = 0; i < n; ++i) done[i] = convert(1, &points_[2 * i], &heights_[i]) == 1;
+        std::vector<char> done(static_cast<size_t>(b.n), 1);
+        saved_points = points;
+        saved_heights = heights;
+        if (convert(b.n, points.data(), heights.data()) != b.n) {
+            // Some point was not converted (the count says how many, not
+            // which): convert them one at a time.
+            points = saved_points;
+            heights = saved_heights;
+            for (int32_t i = 0; i < b.n; ++i) done[i] = convert(1, &points[2 * i], &heights[i]) == 1;
         }
-        size_t k = 0;
-        for (const Line &line : lines_) {
-            if (!line.point) {
-                std::fprintf(out_, "%s\n", line.text.c_str());
+        for (int32_t i = 0; i < b.n; ++i) {
+            if (!done[i]) {
+                b.failure[i] = "point not converted (outside the grid, or the transformation converts nothing)";
                 continue;
             }
-            if (!done[k]) {
-                std::fprintf(stderr, "ox transform: line %ld: point not converted (outside the grid, or the "
-                                     "transformation converts nothing)\n",
-                             line.number);
-                std::fprintf(out_, "%s\n", line.text.c_str());
-                ++failed_;
-            } else if (line.height) {
-                std::fprintf(out_, "%.*f %.*f %.4f%s\n", o_.precision, points_[2 * k], o_.precision,
-                             points_[2 * k + 1], heights_[k], line.text.c_str() + line.rest);
-            } else {
-                std::fprintf(out_, "%.*f %.*f%s\n", o_.precision, points_[2 * k], o_.precision, points_[2 * k + 1],
-                             line.text.c_str() + line.rest);
-            }
-            ++k;
+            b.values[3 * i] = points[2 * i];
+            b.values[3 * i + 1] = points[2 * i + 1];
+            if (!std::isnan(b.values[3 * i + 2])) b.values[3 * i + 2] = heights[i];
         }
-        lines_.clear();
-        points_.clear();
-        heights_.clear();
-    }
-
-    long failed() const { return failed_; }
-
-   private:
-    int32_t convert(int32_t n, double *p, double *h) {
-        return o_.inverse ? ox_geog2_to_geog1(gt_, n, p, h) : ox_geog1_to_geog2(gt_, n, p, h);
-    }
-    ox_object *gt_;
-    const Options &o_;
-    std::FILE *out_;
-    std::vector<Line> lines_;
-    std::vector<double> points_, heights_;
-    long failed_ = 0;
-};
-
-// Reads the points of `in` and writes them converted; the exit status.
-int transform_lines(ox_object *gt, const Options &o, std::FILE *in, std::FILE *out) {
-    Transformer t(gt, o, out);
-    long bad = 0, number = 0;
-    std::string text;
-    int c = 0;
-    while (c != EOF) {
-        text.clear();
-        bool overlong = false;
-        while ((c = std::fgetc(in)) != EOF && c != '\n') {
-            if (text.size() < kMaxLine)
-                text.push_back(static_cast<char>(c));
-            else
-                overlong = true;
-        }
-        if (c == EOF && text.empty()) break;
-        ++number;
-        if (!text.empty() && text.back() == '\r') text.pop_back();
-        Line line{number, text, false, false, 0};
-        const char *start = skip_blanks(line.text.c_str());
-        if (*start == '\0' || *start == '#') {
-            t.add(std::move(line), 0, 0, 0);
-            continue;
-        }
-        double lon, lat, h = 0.0;
-        const char *p = start, *end = nullptr;
-        const bool embedded_nul = std::strlen(line.text.c_str()) != line.text.size();
-        if (overlong || embedded_nul || !strict_number(p, &lon, &end) || !strict_number(skip_blanks(end), &lat, &end)) {
-            std::fprintf(stderr, "ox transform: line %ld: not a point (\"lon lat [h]\")\n", number);
-            t.add(std::move(line), 0, 0, 0);
-            ++bad;
-            continue;
-        }
-        const char *after = end;
-        line.height = strict_number(skip_blanks(after), &h, &end);
-        line.rest = static_cast<size_t>((line.height ? end : after) - line.text.c_str());
-        line.point = true;
-        t.add(std::move(line), lon, lat, h);
-    }
-    t.flush();
-    if (std::ferror(in)) {
-        std::fprintf(stderr, "ox transform: cannot read the input\n");
-        return 2;
-    }
-    const long failed = t.failed() + bad;
-    if (failed > 0) std::fprintf(stderr, "ox transform: %ld line(s) not converted\n", failed);
-    return failed > 0 ? 1 : 0;
+    };
+    job.write = [&](std::FILE *out, const double *v) {
+        std::fprintf(out, "%.*f %.*f", o.precision, v[0], o.precision, v[1]);
+        if (!std::isnan(v[2])) std::fprintf(out, " %.4f", v[2]);
+    };
+    return run_point_lines(job, o.input, o.output);
 }
 
 // Lists the catalogue's transformations between two geographic systems.
@@ -312,22 +201,7 @@ int cmd_transform(int argc, char **argv) {
         std::fprintf(stderr, "ox transform: cannot read a transformation (GEOGTRAN) from '%.200s'\n", o.system);
         return 2;
     }
-    std::FILE *in = o.input == nullptr || std::strcmp(o.input, "-") == 0 ? stdin : std::fopen(o.input, "rb");
-    std::FILE *out = o.output == nullptr || std::strcmp(o.output, "-") == 0 ? stdout : std::fopen(o.output, "wb");
-    int status = 2;
-    if (in == nullptr) {
-        std::fprintf(stderr, "ox transform: cannot open '%.200s'\n", o.input);
-    } else if (out == nullptr) {
-        std::fprintf(stderr, "ox transform: cannot write '%.200s'\n", o.output);
-    } else {
-        status = transform_lines(gt, o, in, out);
-        if (std::fflush(out) != 0 || std::ferror(out)) {
-            std::fprintf(stderr, "ox transform: cannot write the output\n");
-            status = 2;
-        }
-    }
-    if (in != nullptr && in != stdin) std::fclose(in);
-    if (out != nullptr && out != stdout) std::fclose(out);
+    const int status = transform_points(gt, o);
     ox_geogtran_del(gt);
     return status;
 }

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -200,16 +201,28 @@ private:
             lines_.push_back(l);
             return;
         }
+        // The optional numbers: each read when the next field is one, else
+        // NaN, the field left to the rest of the line.
+        for (int k = job_.values_per_point; k < stride(); ++k) {
+            const char *q = p;
+            while (q < end && is_blank(*q)) ++q;
+            const char *stop = nullptr;
+            if (q < end && parse_number(q, end, &values[k], &stop) == nullptr) {
+                p = stop;
+            } else {
+                for (; k < stride(); ++k) values[k] = std::numeric_limits<double>::quiet_NaN();
+            }
+        }
         l.kind = Line::kPoint;
         l.rest = static_cast<size_t>(p - begin);
-        l.point = static_cast<int32_t>(points_.size() / job_.values_per_point);
-        points_.insert(points_.end(), values, values + job_.values_per_point);
+        l.point = static_cast<int32_t>(points_.size() / stride());
+        points_.insert(points_.end(), values, values + stride());
         lines_.push_back(l);
     }
 
     // Converts the batch's points with one call and writes its lines.
     void flush() {
-        const int32_t n = static_cast<int32_t>(points_.size() / job_.values_per_point);
+        const int32_t n = static_cast<int32_t>(points_.size() / stride());
         std::vector<const char *> failure(n, nullptr);
         if (n > 0) {
             PointBatch batch{points_.data(), n, failure.data()};
@@ -222,10 +235,14 @@ private:
                 std::fwrite(text, 1, l.length, out_);
             } else if (failure[l.point] != nullptr) {
                 report(l.number, failure[l.point]);
-                write_failed();
-                std::fwrite(text + l.rest, 1, l.length - l.rest, out_);
+                if (job_.copy_failed) {
+                    std::fwrite(text, 1, l.length, out_);
+                } else {
+                    write_failed();
+                    std::fwrite(text + l.rest, 1, l.length - l.rest, out_);
+                }
             } else {
-                job_.write(out_, points_.data() + static_cast<size_t>(l.point) * job_.values_per_point);
+                job_.write(out_, points_.data() + static_cast<size_t>(l.point) * stride());
                 std::fwrite(text + l.rest, 1, l.length - l.rest, out_);
             }
             std::fputc('\n', out_);
@@ -234,6 +251,9 @@ private:
         text_.clear();
         points_.clear();
     }
+
+    // Values per point in the batch.
+    int stride() const { return job_.values_per_point + job_.optional_values; }
 
     void write_failed() {
         if (job_.failed_text != nullptr) {

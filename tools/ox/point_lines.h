@@ -67,6 +67,14 @@ struct PointJob {
     // Written in place of the values of a point that was not converted; null
     // gives "nan" for each value.
     const char *failed_text = nullptr;
+    // Numbers read after the first `values_per_point` when the line has them
+    // (0 to 8 - values_per_point; a height after "lon lat"): a point's values
+    // in the batch are then values_per_point + optional_values long, those
+    // the line lacks NaN.
+    int optional_values = 0;
+    // A point that is not converted is copied unchanged (after its report)
+    // instead of being written as `failed_text`.
+    bool copy_failed = false;
 };
 
 // Reads `input` (a path, or null or "-" for standard input), converts its
