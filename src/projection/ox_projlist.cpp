@@ -24,14 +24,14 @@ namespace ox {
     X(TransverseMercator)                                                               \
     X(TransverseMercatorComplex)                                                        \
     PENDING(43007, "Albers", kTwoParallels)                                             \
-    PENDING(43008, "Sinusoidal", kFalseOriginAndMeridian)                               \
-    PENDING(43009, "Mollweide", kFalseOriginAndMeridian)                                \
-    PENDING(43010, "Eckert_VI", kFalseOriginAndMeridian)                                \
-    PENDING(43011, "Eckert_V", kFalseOriginAndMeridian)                                 \
-    PENDING(43012, "Eckert_IV", kFalseOriginAndMeridian)                                \
-    PENDING(43013, "Eckert_III", kFalseOriginAndMeridian)                               \
-    PENDING(43014, "Eckert_II", kFalseOriginAndMeridian)                                \
-    PENDING(43015, "Eckert_I", kFalseOriginAndMeridian)                                 \
+    X(Sinusoidal)                                                                       \
+    X(Mollweide)                                                                        \
+    X(EckertVI)                                                                         \
+    X(EckertV)                                                                          \
+    X(EckertIV)                                                                         \
+    X(EckertIII)                                                                        \
+    X(EckertII)                                                                         \
+    X(EckertI)                                                                          \
     X(GallStereographic)                                                                \
     X(Behrmann)                                                                         \
     PENDING(43018, "Winkel_I", kStandardParallel)                                       \
