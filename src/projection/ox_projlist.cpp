@@ -38,8 +38,8 @@ namespace ox {
     PENDING(43019, "Winkel_II", kStandardParallel)                                      \
     PENDING(43020, "Lambert_Conformal_Conic", kLambert)                                 \
     PENDING(43021, "Polyconic", kOrigin)                                                \
-    PENDING(43022, "Quartic_Authalic", kFalseOriginAndMeridian)                         \
-    PENDING(43023, "Loximuthal", kCentralParallel)                                      \
+    X(QuarticAuthalic)                                                                  \
+    X(Loximuthal)                                                                       \
     PENDING(43024, "Bonne", kStandardParallel)                                          \
     PENDING(43036, "Hotine_Oblique_Mercator_Azimuth_Natural_Origin", kAzimuthCenter)    \
     PENDING(43037, "Hotine_Oblique_Mercator_Azimuth_Center", kAzimuthCenter)            \
@@ -62,12 +62,12 @@ namespace ox {
     PENDING(43040, "New_Zealand_Map_Grid", kNewZealand)                                 \
     PENDING(43041, "Orthographic", kCenter)                                             \
     PENDING(43042, "Winkel_Tripel", kStandardParallel)                                  \
-    PENDING(43043, "Aitoff", kFalseOriginAndMeridian)                                   \
-    PENDING(43044, "Hammer_Aitoff", kFalseOriginAndMeridian)                            \
-    PENDING(43045, "Flat_Polar_Quartic", kFalseOriginAndMeridian)                       \
-    PENDING(43046, "Craster_Parabolic", kFalseOriginAndMeridian)                        \
+    X(Aitoff)                                                                           \
+    X(HammerAitoff)                                                                     \
+    X(FlatPolarQuartic)                                                                 \
+    X(CrasterParabolic)                                                                 \
     PENDING(43047, "Gnomonic", kCenter)                                                 \
-    PENDING(43048, "Times", kFalseOriginAndMeridian)                                    \
+    X(Times)                                                                            \
     PENDING(43049, "Vertical_Near_Side_Perspective", kPerspective)                      \
     PENDING(43052, "Fuller", kOption)                                                   \
     PENDING(43053, "Rectified_Skew_Orthomorphic_Natural_Origin", kSkew)                 \
