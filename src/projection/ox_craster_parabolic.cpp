@@ -58,7 +58,8 @@ struct CrasterParabolic {
         const double s0 = y / c.fy;
         const double s = std::fabs(s0) > 0.5 ? std::copysign(0.5, s0) : s0;
         bool ok;
-        lon = longitude_of<M>(f, ratio(x, c.fx * ((1.0 - 2.0 * s) * (1.0 + 2.0 * s))), ok);
+        const double w = (1.0 - 2.0 * s) * (1.0 + 2.0 * s);  // 2 cos(2 phi / 3) - 1
+        lon = longitude_of<M>(f, ratio(x, c.fx * w, c.fx), ok, width_slack(kRoundoff / w));
         lat = std::fabs(s0) <= 0.5 * (1.0 + kEdgeSlack) ? 3.0 * M::asin(s) : kNaN;
         return ok;
     }

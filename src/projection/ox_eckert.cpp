@@ -69,7 +69,8 @@ struct EckertRow {
 };
 
 // The rows are written on the unit sphere: Unit::forward(lambda, phi) gives
-// (x, y), Unit::inverse(x, y) gives (lambda, phi) or NaN outside.
+// (x, y), Unit::inverse(x, y) gives (lambda, phi) or NaN outside, and the
+// room its side edges need for the rounding of y (longitude_of).
 template <class Unit>
 struct Eckert : EckertRow {
     template <class M>
@@ -85,10 +86,10 @@ struct Eckert : EckertRow {
     template <class M>
     static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
                                          double &lat) {
-        double lambda;
-        const bool ok = Unit::template inverse<M>(x / c.a, y / c.a, lambda, lat);
+        double lambda, extra;
+        const bool ok = Unit::template inverse<M>(x / c.a, y / c.a, lambda, lat, extra);
         bool in_range;
-        lon = longitude_of<M>(f, lambda, in_range);
+        lon = longitude_of<M>(f, lambda, in_range, extra);
         return ok & in_range;
     }
 };
@@ -101,9 +102,10 @@ struct UnitI {
         return true;
     }
     template <class M>
-    static OX_ALWAYS_INLINE bool inverse(double x, double y, double &lambda, double &phi) {
+    static OX_ALWAYS_INLINE bool inverse(double x, double y, double &lambda, double &phi, double &extra) {
+        extra = 0.0;
         phi = latitude_within(y / kEckertI);
-        lambda = ratio(x, kEckertI * (1.0 - std::fabs(phi) / kPi));
+        lambda = x / (kEckertI * (1.0 - std::fabs(phi) / kPi));
         return true;
     }
 };
@@ -113,20 +115,21 @@ struct UnitII {
     static OX_ALWAYS_INLINE bool forward(double lambda, double phi, double &x, double &y) {
         double s, c;
         M::sincos(phi, s, c);
-        const double t = std::sqrt(1.0 + 3.0 * polar_gap(s, c));  // sqrt(4 - 3 sin|phi|)
+        const double t = std::sqrt(1.0 + 3.0 * polar_gap(phi, s, c));  // sqrt(4 - 3 sin|phi|)
         x = kEckertIIx * lambda * t;
         y = std::copysign(kEckertIIy * (2.0 - t), phi);
         return M::sincos_ok(phi);
     }
     // t = 2 - |y| / sqrt(2 pi / 3), 1 - sin|phi| = (t - 1)(t + 1) / 3.
     template <class M>
-    static OX_ALWAYS_INLINE bool inverse(double x, double y, double &lambda, double &phi) {
+    static OX_ALWAYS_INLINE bool inverse(double x, double y, double &lambda, double &phi, double &extra) {
+        extra = 0.0;
         const double r = std::fabs(y) / kEckertIIy;  // 2 - t, 0 to 1
         const bool inside = r <= 1.0 + kEdgeSlack;
         const double t = 2.0 - (r > 1.0 ? 1.0 : r);
         const double g = (t - 1.0) * (t + 1.0) / 3.0;
         phi = inside ? latitude_of_gap<M>(g, y) : kNaN;
-        lambda = ratio(x, kEckertIIx * t);
+        lambda = x / (kEckertIIx * t);
         return true;
     }
 };
@@ -144,9 +147,12 @@ struct UnitIII {
         return true;
     }
     template <class M>
-    static OX_ALWAYS_INLINE bool inverse(double x, double y, double &lambda, double &phi) {
+    static OX_ALWAYS_INLINE bool inverse(double x, double y, double &lambda, double &phi, double &extra) {
+        extra = 0.0;
         phi = latitude_within(y / (2.0 * kEckertIII));
-        lambda = ratio(x, kEckertIII * (1.0 + width(phi)));
+        const double w = width(phi);
+        lambda = x / (kEckertIII * (1.0 + w));
+        extra = width_slack(kRoundoff / w);
         return true;
     }
 };
@@ -162,7 +168,7 @@ struct UnitIV {
     static OX_ALWAYS_INLINE bool forward(double lambda, double phi, double &x, double &y) {
         double s, c, sh, ch;
         M::sincos(phi, s, c);
-        const double gap = polar_gap(s, c);
+        const double gap = polar_gap(phi, s, c);
         const double target = kEckertIVk * (gap > kSmallestGap ? gap : kSmallestGap);
         const double r = std::sqrt(target);
         double v = r / (1.0 + r / 3.0 - 0.1196 * target);
@@ -173,14 +179,16 @@ struct UnitIV {
         return converged & M::sincos_ok(phi);
     }
     template <class M>
-    static OX_ALWAYS_INLINE bool inverse(double x, double y, double &lambda, double &phi) {
+    static OX_ALWAYS_INLINE bool inverse(double x, double y, double &lambda, double &phi, double &extra) {
+        extra = 0.0;
         const double st0 = y / kEckertIVy;
         const double st = std::fabs(st0) > 1.0 ? 1.0 : std::fabs(st0);
         const double ct = std::sqrt((1.0 - st) * (1.0 + st));  // sin v, cos v = st
         const double v = angle_of<M>(ct, st);
         const double g = (0.5 * x_minus_sin(2.0 * v, 2.0 * ct * st) + 2.0 * ct * ct / (1.0 + st)) / kEckertIVk;
         phi = std::fabs(st0) <= 1.0 + kEdgeSlack ? latitude_of_gap<M>(g, y) : kNaN;
-        lambda = ratio(x, kEckertIII * (1.0 + ct));
+        lambda = x / (kEckertIII * (1.0 + ct));
+        extra = width_slack(kRoundoff / ct);
         return true;
     }
 };
@@ -195,11 +203,12 @@ struct UnitV {
         return M::sincos_ok(phi);
     }
     template <class M>
-    static OX_ALWAYS_INLINE bool inverse(double x, double y, double &lambda, double &phi) {
+    static OX_ALWAYS_INLINE bool inverse(double x, double y, double &lambda, double &phi, double &extra) {
+        extra = 0.0;
         phi = latitude_within(y / (2.0 * kEckertV));
         double s, c;
         M::sincos(phi, s, c);
-        lambda = ratio(x, kEckertV * (1.0 + c));
+        lambda = x / (kEckertV * (1.0 + c));
         return M::sincos_ok(phi) | std::isnan(phi);
     }
 };
@@ -213,7 +222,7 @@ struct UnitVI {
     static OX_ALWAYS_INLINE bool forward(double lambda, double phi, double &x, double &y) {
         double s, c, sh, ch;
         M::sincos(phi, s, c);
-        const double target = kEckertVIk * polar_gap(s, c);
+        const double target = kEckertVIk * polar_gap(phi, s, c);
         double v = 2.0 * target / (std::sqrt(1.0 + 2.0 * target) + 1.0);
         const bool converged = solve_half_angle<M, kEckertSteps>(target, kHalfPi, v, sh, ch, h);
         x = kEckertV * lambda * (1.0 + 2.0 * sh * ch);
@@ -221,14 +230,15 @@ struct UnitVI {
         return (converged | (target == 0.0)) & M::sincos_ok(phi);
     }
     template <class M>
-    static OX_ALWAYS_INLINE bool inverse(double x, double y, double &lambda, double &phi) {
+    static OX_ALWAYS_INLINE bool inverse(double x, double y, double &lambda, double &phi, double &extra) {
+        extra = 0.0;
         const double theta = y / (2.0 * kEckertV);
         const double v0 = kHalfPi - std::fabs(theta);
         const double v = v0 < 0.0 ? 0.0 : v0;
         double sh, ch;
         M::sincos(0.5 * v, sh, ch);
         phi = std::fabs(theta) <= kLatitudeEdge ? latitude_of_gap<M>((v + 2.0 * sh * sh) / kEckertVIk, y) : kNaN;
-        lambda = ratio(x, kEckertV * (1.0 + 2.0 * sh * ch));
+        lambda = x / (kEckertV * (1.0 + 2.0 * sh * ch));
         return M::sincos_ok(0.5 * v) | std::isnan(v);
     }
 };

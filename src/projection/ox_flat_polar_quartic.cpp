@@ -73,7 +73,7 @@ struct FlatPolarQuartic {
         const double phi = clamp_latitude(lat);
         double s, co, sh, ch, width, height;
         M::sincos(phi, s, co);
-        const double target = kQuarticK * polar_gap(s, co);
+        const double target = kQuarticK * polar_gap(phi, s, co);
         const double b = 0.5 * kHalfSqrt2;  // (sqrt 2 / 4)
         double v = 2.0 * target / (b + std::sqrt(b * b + 2.0 * target));
         const bool converged = solve_half_angle<M, kQuarticSteps>(target, kHalfPi, v, sh, ch, quartic_h);

@@ -53,11 +53,12 @@ struct Loximuthal {
     // near phi1, r towards the south pole (where 1 + t cancels); 1 -+ sin phi
     // from cos^2 phi where they are small.
     template <class M>
-    static OX_ALWAYS_INLINE double quotient(const Constants &c, double phi, bool &ok) {
+    static OX_ALWAYS_INLINE double quotient(const Constants &c, double phi, bool &ok, double &cos_phi) {
         const double delta = phi - c.phi1;
         double s, co, sd, cd;
         M::sincos(phi, s, co);
         M::sincos(0.5 * delta, sd, cd);
+        cos_phi = co;
         // sin phi - sin phi1 = 2 sin(delta/2) cos(phi1 + delta/2)
         const double diff = 2.0 * sd * (cd * c.cos_phi1 - sd * c.sin_phi1);
         const double one_minus = s > 0.0 ? co * co / (1.0 + s) : 1.0 - s;
@@ -77,7 +78,8 @@ struct Loximuthal {
         bool ok, q_ok;
         const double lambda = lambda_of<M>(f, lon, ok);
         const double phi = clamp_latitude(lat);
-        x = c.a * lambda * quotient<M>(c, phi, q_ok);
+        double cos_phi;
+        x = c.a * lambda * quotient<M>(c, phi, q_ok, cos_phi);
         y = c.a * (phi - c.phi1);
         return ok & q_ok;
     }
@@ -86,7 +88,11 @@ struct Loximuthal {
                                          double &lat) {
         const double phi = latitude_within(c.phi1 + y / c.a);
         bool ok, q_ok;
-        lon = longitude_of<M>(f, ratio(x, c.a * quotient<M>(c, phi, q_ok)), ok);
+        double cos_phi;
+        const double q = quotient<M>(c, phi, q_ok, cos_phi);
+        // (near a pole the quotient changes as 1 / ln cos phi: the rounding of
+        // y moves it by up to 2.2e-16 / cos phi relative)
+        lon = longitude_of<M>(f, ratio(x, c.a * q, c.a), ok, width_slack(kRoundoff / cos_phi));
         lat = phi;
         return ok & (q_ok | std::isnan(phi));
     }

@@ -50,7 +50,7 @@ struct Mollweide {
         const double phi = clamp_latitude(lat);
         double s, co, cos_theta, sin_theta;
         M::sincos(phi, s, co);
-        ok &= mollweide_angle<M>(polar_gap(s, co), cos_theta, sin_theta);
+        ok &= mollweide_angle<M>(polar_gap(phi, s, co), cos_theta, sin_theta);
         x = c.fx * lambda * cos_theta;
         y = std::copysign(c.fy * sin_theta, phi);
         return ok & M::sincos_ok(phi);
@@ -63,7 +63,8 @@ struct Mollweide {
         double cos_theta;
         const double phi = mollweide_latitude<M>(std::fabs(st) > 1.0 ? std::copysign(1.0, st) : st, cos_theta);
         bool ok;
-        lon = longitude_of<M>(f, ratio(x, c.fx * cos_theta), ok);
+        lon = longitude_of<M>(f, ratio(x, c.fx * cos_theta, c.fx, kPi * kPoleRounding), ok,
+                              width_slack(kRoundoff / (cos_theta * cos_theta)));
         lat = inside ? phi : kNaN;
         return ok;
     }

@@ -34,8 +34,8 @@ namespace ox {
     X(EckertI)                                                                          \
     X(GallStereographic)                                                                \
     X(Behrmann)                                                                         \
-    PENDING(43018, "Winkel_I", kStandardParallel)                                       \
-    PENDING(43019, "Winkel_II", kStandardParallel)                                      \
+    X(WinkelI)                                                                          \
+    X(WinkelII)                                                                         \
     PENDING(43020, "Lambert_Conformal_Conic", kLambert)                                 \
     PENDING(43021, "Polyconic", kOrigin)                                                \
     X(QuarticAuthalic)                                                                  \
@@ -50,7 +50,7 @@ namespace ox {
     PENDING(43051, "Stereographic_South_Pole", kStandardParallel)                       \
     PENDING(43027, "Equidistant_Conic", kTwoParallels)                                  \
     PENDING(43028, "Cassini", kScaleAndOrigin)                                          \
-    PENDING(43029, "Van_der_Grinten_I", kFalseOriginAndMeridian)                        \
+    X(VanDerGrinten)                                                                    \
     PENDING(43030, "Robinson", kFalseOriginAndMeridian)                                 \
     PENDING(43057, "Robinson_Legacy", kFalseOriginAndMeridian)                          \
     PENDING(43031, "Two_Point_Equidistant", kTwoPoint)                                  \
@@ -61,7 +61,7 @@ namespace ox {
     PENDING(43039, "Krovak", kKrovak)                                                   \
     PENDING(43040, "New_Zealand_Map_Grid", kNewZealand)                                 \
     PENDING(43041, "Orthographic", kCenter)                                             \
-    PENDING(43042, "Winkel_Tripel", kStandardParallel)                                  \
+    X(WinkelTripel)                                                                     \
     X(Aitoff)                                                                           \
     X(HammerAitoff)                                                                     \
     X(FlatPolarQuartic)                                                                 \

@@ -55,7 +55,8 @@ struct QuarticAuthalic {
         const double s = std::fabs(s0) > kHalfSqrt2 ? std::copysign(kHalfSqrt2, s0) : s0;
         const double co = std::sqrt((1.0 - s) * (1.0 + s));
         bool ok;
-        lon = longitude_of<M>(f, ratio(x * co, c.a * ((co - s) * (co + s))), ok);
+        const double w = (co - s) * (co + s);  // cos phi
+        lon = longitude_of<M>(f, ratio(x * co, c.a * w, c.a), ok, width_slack(kRoundoff / w));
         lat = std::fabs(s0) <= kHalfSqrt2 * (1.0 + kEdgeSlack) ? 2.0 * M::asin(s) : kNaN;
         return ok;
     }

@@ -91,7 +91,7 @@ struct Ellipsoid {
         const double phi = clamp_latitude(aux_series(c.to_phi, mu, sm, cm));
         M::sincos(phi, s, co);
         bool in_range;
-        lon = longitude_of<M>(f, ratio(x * std::sqrt(1.0 - c.e2 * s * s), c.a * co), in_range);
+        lon = longitude_of<M>(f, x * std::sqrt(1.0 - c.e2 * s * s) / (c.a * co), in_range);
         lat = phi;
         return (M::sincos_ok(mu) & M::sincos_ok(phi) & in_range) | std::isnan(mu);
     }

@@ -29,7 +29,6 @@ inline constexpr double kSqrt2 = 1.4142135623730951;
 // Relative room for rounding at the outline of a map: a point that far
 // beyond an edge is taken as on it; one further out is refused.
 inline constexpr double kEdgeSlack = 1e-12;
-inline constexpr double kLongitudeEdge = kPi * (1.0 + kEdgeSlack);
 inline constexpr double kLatitudeEdge = kHalfPi * (1.0 + kEdgeSlack);
 // Iterations: the steps every point takes in the vectorised loop, and the
 // bound of the C library path, which continues while the last step is
@@ -53,8 +52,11 @@ OX_ALWAYS_INLINE double clamp_latitude(double lat) {
     return std::fabs(lat) > kHalfPi ? std::copysign(kHalfPi, lat) : lat;
 }
 
-// 1 - |sin phi| from sin phi and cos phi, without cancellation.
-OX_ALWAYS_INLINE double polar_gap(double s, double c) { return c * c / (1.0 + std::fabs(s)); }
+// 1 - |sin phi| from phi, sin phi and cos phi, without cancellation; 0 at
+// the poles (+-pi/2 in double precision, whose cosine is 6e-17, not 0).
+OX_ALWAYS_INLINE double polar_gap(double phi, double s, double c) {
+    return std::fabs(phi) >= kHalfPi ? 0.0 : c * c / (1.0 + std::fabs(s));
+}
 
 // The latitude of the gap g = 1 - sin|phi| (0 <= g <= 1), with the sign of
 // `sign` (its sign bit: -0 gives the southern latitude).
@@ -88,16 +90,44 @@ OX_ALWAYS_INLINE double angle_of(double s, double c) {
     return s <= c ? low : high;
 }
 
-// x / w, and 0 for x = 0 (a pole, where a map's width w may be 0).
-OX_ALWAYS_INLINE double ratio(double x, double w) { return x == 0.0 ? 0.0 : x / w; }
+// x / w, the longitude difference of a point x from the central meridian on
+// a parallel of width w per radian; at a pointed pole (w = 0, or so small
+// that the quotient leaves the map) a point within the edge slack of the
+// pole, |x| <= kEdgeSlack * scale (scale: the width per radian on the
+// equator, in x's unit), is the pole, at the central meridian.  Where y is
+// quadratic in the width near the pole (Mollweide's sqrt 2 cos(u/2)), y
+// rounds to the pole's while the width is still up to kPoleRounding: such a
+// map passes a larger slack.
+inline constexpr double kPoleRounding = 1.5e-8;  // sqrt(2.2e-16)
+OX_ALWAYS_INLINE double ratio(double x, double w, double scale, double slack = kEdgeSlack) {
+    const double q = x / w;
+    const bool at_pole = std::fabs(x) <= slack * scale;
+    return at_pole & !(std::fabs(q) <= kPi) ? 0.0 : q;
+}
+
+// The relative error that the rounding of y carries into a width computed
+// as sqrt(1 - s^2) = c from s (2.2e-16 / c^2), or into 1 + c (2.2e-16 / c),
+// capped: the room an inverse gives its side edges besides kEdgeSlack, so
+// that the points of the outline near a pole come back.  (Beyond the cap the
+// width is below 1e-6 of the equator's, and points that far outside it are
+// refused.)
+inline constexpr double kRoundoff = 4.4e-16;
+inline constexpr double kConditionCap = 1e-3;
+OX_ALWAYS_INLINE double width_slack(double relative_error) {
+    return relative_error < kConditionCap ? relative_error : kConditionCap;
+}
 
 // The longitude of an inverse, lambda (radians from the central meridian)
-// reduced about the central meridian; NaN beyond the map's side edges.
+// reduced about the central meridian; a lambda within the slack beyond the
+// side edges (kEdgeSlack plus `extra`, relative) is taken on the edge, one
+// further out is refused (NaN).
 template <class M>
-OX_ALWAYS_INLINE double longitude_of(const Frame &f, double lambda, bool &ok) {
-    const double l = f.p.central_meridian + lambda;
-    ok = M::reduce_ok(l) | !(std::fabs(lambda) <= kLongitudeEdge);
-    return std::fabs(lambda) <= kLongitudeEdge ? M::reduce(l) : kNaN;
+OX_ALWAYS_INLINE double longitude_of(const Frame &f, double lambda, bool &ok, double extra = 0.0) {
+    const bool inside = std::fabs(lambda) <= kPi * (1.0 + kEdgeSlack + extra);
+    const double on_map = std::fabs(lambda) > kPi ? std::copysign(kPi, lambda) : lambda;
+    const double l = f.p.central_meridian + on_map;
+    ok = M::reduce_ok(l) | !inside;
+    return inside ? M::reduce(l) : kNaN;
 }
 
 // A latitude of an inverse, NaN beyond the poles (with room for rounding),
@@ -161,12 +191,13 @@ OX_ALWAYS_INLINE bool sinusoidal_forward(double lambda, double phi, double &x, d
     y = phi;
     return M::sincos_ok(phi);
 }
-// (phi within the map; lambda is x / cos phi.)
+// (phi within the map; lambda is x / cos phi, finite: the cosine of +-pi/2
+// in double precision is 6e-17, where the forward put x = 6e-17 lambda.)
 template <class M>
 OX_ALWAYS_INLINE bool sinusoidal_inverse(double x, double phi, double &lambda) {
     double s, c;
     M::sincos(phi, s, c);
-    lambda = ratio(x, c);
+    lambda = x / c;
     return M::sincos_ok(phi);
 }
 
