@@ -22,6 +22,13 @@ double horizon_center(const double parameters[OX_PARAMETER_SLOTS], double Parame
     return std::isfinite(lon0) ? lon0 : 0.0;
 }
 
+double horizon_longitude(double lon0, double offset) {
+    double lon = lon0 + offset;
+    const double inward = offset > 0.0 ? -HUGE_VAL : HUGE_VAL;
+    for (int i = 0; i < 4 && std::fabs(lon - lon0) > std::fabs(offset); ++i) lon = std::nextafter(lon, inward);
+    return lon;
+}
+
 int32_t horizon_band(double lon0, double half_width, double half_height, int32_t max_vertices, double *vertices) {
     const int32_t total = 4 * kPerEdge + 1;
     if (vertices == nullptr || max_vertices <= 0) return total;
@@ -34,7 +41,7 @@ int32_t horizon_band(double lon0, double half_width, double half_height, int32_t
         ++k;
     };
     const double lat = half_height;
-    const double w = lon0 - half_width, e = lon0 + half_width;
+    const double w = horizon_longitude(lon0, -half_width), e = horizon_longitude(lon0, half_width);
     for (int32_t i = 0; i < kPerEdge; ++i) put(w, -lat + 2.0 * lat * i / kPerEdge);  // west edge, north
     for (int32_t i = 0; i < kPerEdge; ++i) put(w + (e - w) * i / kPerEdge, lat);     // north edge, east
     for (int32_t i = 0; i < kPerEdge; ++i) put(e, lat - 2.0 * lat * i / kPerEdge);   // east edge, south

@@ -51,8 +51,8 @@ namespace ox {
     PENDING(43027, "Equidistant_Conic", kTwoParallels)                                  \
     PENDING(43028, "Cassini", kScaleAndOrigin)                                          \
     X(VanDerGrinten)                                                                    \
-    PENDING(43030, "Robinson", kFalseOriginAndMeridian)                                 \
-    PENDING(43057, "Robinson_Legacy", kFalseOriginAndMeridian)                          \
+    X(Robinson)                                                                         \
+    X(RobinsonLegacy)                                                                   \
     PENDING(43031, "Two_Point_Equidistant", kTwoPoint)                                  \
     PENDING(43032, "Azimuthal_Equidistant", kOrigin)                                    \
     PENDING(43033, "Lambert_Azimuthal_Equal_Area", kOrigin)                             \
@@ -74,7 +74,7 @@ namespace ox {
     PENDING(43054, "Rectified_Skew_Orthomorphic_Center", kSkew)                         \
     PENDING(43055, "Cube", kMeridianAndOption)                                          \
     PENDING(43058, "Local", kAzimuthCenter)                                             \
-    PENDING(43059, "Goode_Homolosine", kMeridianAndOption)
+    X(GoodeHomolosine)
 
 namespace {
 
