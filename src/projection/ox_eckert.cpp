@@ -169,7 +169,7 @@ struct UnitIV {
         double s, c, sh, ch;
         M::sincos(phi, s, c);
         const double gap = polar_gap(phi, s, c);
-        const double target = kEckertIVk * (gap > kSmallestGap ? gap : kSmallestGap);
+        const double target = kEckertIVk * (gap < kSmallestGap ? kSmallestGap : gap);
         const double r = std::sqrt(target);
         double v = r / (1.0 + r / 3.0 - 0.1196 * target);
         const bool converged = solve_half_angle<M, kEckertSteps>(target, kHalfPi, v, sh, ch, h);

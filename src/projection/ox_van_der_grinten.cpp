@@ -100,7 +100,7 @@ struct VanDerGrinten {
         const double e = std::sqrt(std::fabs(s2 * (p2 + 1.0 - 2.0 * g) + c2 * (p2 - g * g)));
         const double ya = std::fabs(s2 * (2.0 * g - 1.0) + g * g * c2) / (p * (s2 + g * c2) + s * e);
         const bool equator = sn < kEquator, pole = sn >= 1.0;
-        const double xu = equator ? l : (pole ? 0.0 : xa);
+        const double xu = equator ? l : (pole ? 0.0 * l : xa);  // 0 l: a NaN longitude stays NaN
         const double yu = equator ? 0.0 : (pole ? 1.0 : ya);
         x = std::copysign(c.scale * xu, lambda);
         y = std::copysign(c.scale * yu, phi);

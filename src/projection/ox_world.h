@@ -221,7 +221,7 @@ inline constexpr double kSmallestGap = 1e-300;
 // cos theta and sin|theta| of the latitude whose gap is g = 1 - sin|phi|.
 template <class M>
 OX_ALWAYS_INLINE bool mollweide_angle(double g, double &cos_theta, double &sin_abs_theta) {
-    const double target = kPi * (g > kSmallestGap ? g : kSmallestGap);  // u - sin u
+    const double target = kPi * (g < kSmallestGap ? kSmallestGap : g);  // u - sin u (NaN stays NaN)
     const double l = M::log(6.0 * target) / 3.0;
     const double w = M::exp(l), w2 = w * w;
     double u = w * (1.0 + w2 * (1.0 / 60.0 + w2 * (1.0 / 1400.0)));
