@@ -72,6 +72,8 @@ constexpr System kSystems[] = {
     {"Times", "Times", "", kWgs84Rf, 0, 180, -80, 84},
     {"GoodeHomolosine", "Goode_Homolosine", "Option=0", kWgs84Rf, 0, 180, -80, 84},
     {"GoodeInterrupted", "Goode_Homolosine", "Option=1", kWgs84Rf, 0, 180, -80, 84},
+    {"Fuller", "Fuller", "Option=0", kWgs84Rf, 0, 180, -90, 90},
+    {"Cube", "Cube", "Central_Meridian=0;Option=0", kWgs84Rf, 0, 180, -90, 90},
 };
 
 ox_object *projcs(const System &s) {

@@ -106,8 +106,10 @@ typedef int32_t (*ox_projection_routine)(const double spheroid[2], const double 
  * number of vertices of the whole boundary (a null `vertices` only asks for
  * that number).  A geographic horizon writes (longitude, latitude) pairs in
  * radians; a projected horizon writes the same boundary as (x, y) pairs in
- * metres about the natural origin.  `spheroid` and `parameters` are as for
- * the point routines.
+ * metres about the natural origin.  A boundary of several closed rings
+ * separates them with one vertex whose coordinates are both NaN (see
+ * `ox_generate_horizon` for the order and density).  `spheroid` and
+ * `parameters` are as for the point routines.
  */
 typedef int32_t (*ox_horizon_routine)(const double spheroid[2], const double parameters[16],
                                       int32_t max_vertices, double *vertices);
@@ -736,6 +738,113 @@ OX_API int32_t ox_proj_to_geog(ox_object *projcs, int32_t n, double *coords);
 OX_API int32_t ox_proj_to_geog_center(ox_object *projcs, int32_t n, double *coords, double center);
 
 /* ------------------------------------------------------------------------ */
+/* Horizons: the outline of a projected system's map                         */
+/* ------------------------------------------------------------------------ */
+
+/**
+ * Horizon of a projected system: the closed rings that bound the area its
+ * projection represents (the whole globe about the central meridian for the
+ * world maps, the band where a series holds, the visible hemisphere, the net
+ * of a polyhedral map ...), as one block freed with `ox_horizon_del`.
+ *  - Kinds: OX_HORIZON_GEOGRAPHIC gives (longitude, latitude) pairs in the
+ *    angular unit of the system's geographic system (longitudes about its
+ *    prime meridian, as `ox_geog_to_proj` takes them); OX_HORIZON_PROJECTED
+ *    gives (x, y) in the system's linear unit with the false easting and
+ *    northing, as `ox_geog_to_proj` returns them.  The two list the same
+ *    boundary points in the same order: vertex i of a projected ring is
+ *    vertex i of the geographic ring projected (on a polyhedral map, whose
+ *    outline runs along both sides of a cut, the copy of the point on the
+ *    ring's side of the cut).  The raster kinds, which only
+ *    "Fuller" and "Cube" have, give each face of the polyhedral map as a ring
+ *    of its own (for warping an image face by face; the plain kinds give the
+ *    outline of the whole net).
+ *  - Order: every ring runs counter-clockwise around its area (the area on
+ *    the left; in a geographic ring, longitude as x), starts at a corner and
+ *    ends with its first vertex repeated.
+ *  - Density: every side of a ring (a meridian or parallel of a band, an edge
+ *    of a face) is cut into 32 equal steps of the routine's parameter; a
+ *    boundary point that the projection maps to one point (a pole) repeats.
+ */
+typedef struct ox_horizon ox_horizon;
+
+/** Horizon kinds for `ox_generate_horizon`. */
+#define OX_HORIZON_GEOGRAPHIC        0
+#define OX_HORIZON_PROJECTED         1
+#define OX_HORIZON_GEOGRAPHIC_RASTER 2
+#define OX_HORIZON_PROJECTED_RASTER  3
+
+/** The horizon of a kind of a projected system; null for any other handle, a kind the projection lacks or no memory. */
+OX_API ox_horizon *ox_generate_horizon(const ox_object *projcs, int32_t kind);
+/** Releases a horizon; null is ignored. */
+OX_API void ox_horizon_del(ox_horizon *horizon);
+/** The kind a horizon was generated as; -1 for null. */
+OX_API int32_t ox_horizon_kind(const ox_horizon *horizon);
+/** Number of closed rings of a horizon; 0 for null. */
+OX_API int32_t ox_horizon_ring_count(const ox_horizon *horizon);
+/** Number of vertices of a ring (first vertex repeated last); 0 for null or a ring out of range. */
+OX_API int32_t ox_horizon_ring_size(const ox_horizon *horizon, int32_t ring);
+/** Copies at most `max_vertices` (x, y) pairs of a ring into `vertices`; returns how many. */
+OX_API int32_t ox_horizon_ring(const ox_horizon *horizon, int32_t ring, int32_t max_vertices, double *vertices);
+/** Writes {min x, min y, max x, max y} of every ring into `extent`; 1 on success, 0 for null. */
+OX_API int32_t ox_horizon_extent(const ox_horizon *horizon, double extent[4]);
+
+/* ------------------------------------------------------------------------ */
+/* Projected-system summary                                                 */
+/* ------------------------------------------------------------------------ */
+
+/** Projection families (`ox_pcsinfo.family`). */
+#define OX_FAMILY_CYLINDRICAL       0
+#define OX_FAMILY_PSEUDOCYLINDRICAL 1
+#define OX_FAMILY_CONIC             2
+#define OX_FAMILY_PSEUDOCONIC       3
+#define OX_FAMILY_AZIMUTHAL         4
+#define OX_FAMILY_POLYCONIC         5
+#define OX_FAMILY_POLYHEDRAL        6
+#define OX_FAMILY_OTHER             7
+
+/** What a projection preserves (`ox_pcsinfo.preserves`); 0 for a compromise. */
+#define OX_PRESERVES_SHAPE    1 /* conformal */
+#define OX_PRESERVES_AREA     2 /* equal-area */
+#define OX_PRESERVES_DISTANCE 4 /* equidistant along some lines */
+
+/**
+ * Summary of a projected system for presenting it to a person.  Texts are
+ * null-terminated; angles are degrees whatever the system's unit; a value
+ * that does not exist is NaN.
+ */
+typedef struct ox_pcsinfo {
+    char name[OX_NAME_SIZE];             /* the projected system's name */
+    char projection[OX_NAME_SIZE];       /* its projection's name */
+    int32_t projection_code;             /* the registry code, -1 when not registered */
+    int32_t family;                      /* OX_FAMILY_* */
+    char family_name[32];                /* "Cylindrical", "Pseudocylindrical", ... */
+    int32_t preserves;                   /* OX_PRESERVES_* bits */
+    char preserves_name[32];             /* "conformal", "equal-area", "equidistant" or "compromise" */
+    double central_meridian;             /* degrees from the prime meridian */
+    double origin_latitude;              /* degrees */
+    double prime_meridian;               /* degrees east of Greenwich */
+    double extent[4];                    /* the projected horizon's min x, min y, max x, max y (linear unit) */
+    double geographic_extent[4];         /* the horizon's min longitude, min latitude, max longitude, max latitude */
+    char linear_unit[OX_NAME_SIZE];      /* the linear unit's name */
+    double linear_factor;                /* metres per linear unit */
+    char angular_unit[OX_NAME_SIZE];     /* the geographic system's angular unit */
+    double angular_factor;               /* radians per angular unit */
+    int32_t parameter_count;             /* parameters listed below, in slot order */
+    char parameter_names[OX_PARAMETER_SLOTS][OX_NAME_SIZE];
+    double parameter_values[OX_PARAMETER_SLOTS]; /* as the system states them (its units) */
+} ox_pcsinfo;
+
+/**
+ * Fills `info` with the summary of a projected system: its projection's
+ * family and what it preserves, the central meridian and the latitude of
+ * origin (the projection's parameters where it has them, else the point at
+ * its natural origin), the extent of its horizon, its units and its
+ * parameters.  1 on success; 0 (and `info` cleared) for a null or wrong
+ * handle or a null `info`.
+ */
+OX_API int32_t ox_pcsinfo_generate(const ox_object *projcs, ox_pcsinfo *info);
+
+/* ------------------------------------------------------------------------ */
 /* Ellipsoid mathematics (radians; a in any length unit; e2 = e squared)     */
 /* ------------------------------------------------------------------------ */
 
@@ -785,6 +894,130 @@ OX_API double ox_mu_to_phi(double e2, double mu);
 OX_API double ox_phi_to_eta(double e2, double phi);
 /** Geodetic latitude of a reduced (parametric) latitude. */
 OX_API double ox_eta_to_phi(double e2, double eta);
+
+/* ------------------------------------------------------------------------ */
+/* Geodesics (the shortest lines on the ellipsoid)                          */
+/*                                                                          */
+/* Karney's algorithms (J. Geodesy 87, 2013), series to order 6: distances  */
+/* within 15 nanometres on the Earth, nearly antipodal points, meridians,   */
+/* the equator, the poles and coincident points included; on a sphere       */
+/* (|e2| < 2^-48) the closed formulas of spherical trigonometry.  Angles in */
+/* radians; azimuths clockwise from north in [-pi, pi]; `a` in any length   */
+/* unit (the distance is in the same unit).  Accepted: a finite a > 0,      */
+/* 0 <= e2 <= 0.04 (flattening up to about 1/50), finite longitudes,        */
+/* latitudes within [-pi/2, pi/2] (the double nearest pi/2 is the pole),    */
+/* finite distances and azimuths.  Anything else returns 0 and sets every   */
+/* output that is not null to the failure NaN.  Outputs may be null.        */
+/* ------------------------------------------------------------------------ */
+
+/**
+ * Inverse problem: the length of the shortest geodesic between two points,
+ * the azimuth at point 1 towards point 2 (`azimuth12`) and the azimuth at
+ * point 2 back towards point 1 (`azimuth21`: the forward azimuth of the
+ * geodesic at point 2 plus pi, reduced to (-pi, pi]).  Returns 1, or 0.
+ */
+OX_API int32_t ox_geodesic_distance(double a, double e2, double lon1, double lat1, double lon2, double lat2,
+                                    double *distance, double *azimuth12, double *azimuth21);
+/**
+ * Direct problem: the point reached from (lon1, lat1) along the geodesic that
+ * leaves it at `azimuth` after `distance` (negative: backwards); `lon2` is
+ * reduced to [-pi, pi].  Returns 1, or 0.
+ */
+OX_API int32_t ox_geodesic_coordinate(double a, double e2, double lon1, double lat1, double distance,
+                                      double azimuth, double *lon2, double *lat2);
+
+/* ------------------------------------------------------------------------ */
+/* Grid references: GEOREF and MGRS                                         */
+/*                                                                          */
+/* Coordinates are (longitude, latitude) pairs in the angular unit of       */
+/* `geogcs`; `refs` is an array of `n` caller-owned texts.  Encoders write  */
+/* each reference into its buffer (which must hold OX_GEOREF_SIZE or        */
+/* OX_MGRS_SIZE characters; a null entry is skipped) and return the number  */
+/* written; a point that cannot be encoded leaves "".  Decoders accept null */
+/* entries, write NaN (the failure value) for a reference they cannot read  */
+/* and return the number read.  A null or wrong-typed `geogcs`, null arrays */
+/* or n < 1 convert nothing (and return 0).                                 */
+/* ------------------------------------------------------------------------ */
+
+/** Buffer size for one GEOREF reference (at most 24 characters). */
+#define OX_GEOREF_SIZE 32
+/** Buffer size for one MGRS reference (at most 30 characters). */
+#define OX_MGRS_SIZE 32
+
+/**
+ * GEOREF references: four letters (15-degree longitude zone and latitude
+ * band, 1-degree steps) and `digits` minute digits per axis, clamped to 2..9
+ * (2 whole minutes, then decimals); truncated, or rounded when `round` is not
+ * zero.  Latitudes beyond the poles are taken at the pole; NaN or infinite
+ * coordinates give "" and are not counted.
+ */
+OX_API int32_t ox_geog_to_georef(const ox_object *geogcs, int32_t n, const double *coords, int32_t digits,
+                                 int32_t round, char **refs);
+/**
+ * Reads GEOREF references (upper case only; spaces around are ignored, as is
+ * anything before the zone letter) to the south-west corner of the cell.
+ */
+OX_API int32_t ox_georef_to_geog(const ox_object *geogcs, int32_t n, char **refs, double *coords);
+
+/*
+ * MGRS modes of the extended functions: a lettering of the 100 km squares,
+ * plus flags.
+ *  - OX_MGRS_LETTERING_CURRENT: rows lettered from "A" at the equator in odd
+ *    zones and from "F" in even zones.
+ *  - OX_MGRS_LETTERING_OLDER: the older lettering, rows shifted by ten
+ *    letters ("L" at the equator in odd zones, "R" in even zones).
+ *  - OX_MGRS_LETTERING_AUTO: the older lettering when the spheroid of
+ *    `geogcs` is one of these (semi-major axis within 1 mm, inverse
+ *    flattening within 1e-5), else the current one:
+ *      Bessel 1841           6377397.155      299.1528128
+ *      Bessel Namibia        6377483.865      299.1528128
+ *      Clarke 1866           6378206.4        294.9786982139058
+ *      Clarke 1880 (RGS)     6378249.145      293.465
+ *      Clarke 1880 (Arc)     6378249.145      293.4663077
+ *      Clarke 1880           6378249.144808   293.4663076556299
+ *      Clarke 1880 (IGN)     6378249.2        293.4660212936294
+ *      Clarke 1880 (SGA)     6378249.2        293.46598
+ *      Clarke 1880 (Benoit)  6378300.789      293.466315538985
+ *      Clarke 1880 (ft)      6378306.3696     293.4663076556299
+ *    (the spheroids for which the 100 km squares were lettered the older
+ *    way; International 1924 and the modern spheroids use the current one).
+ *  - OX_MGRS_CENTER (decoding): the centre of the square instead of its
+ *    south-west corner.
+ *  - OX_MGRS_SPACES (encoding): "33U XP 12345 67890" instead of
+ *    "33UXP1234567890".
+ * Any other value refuses the call.
+ */
+#define OX_MGRS_LETTERING_AUTO    0
+#define OX_MGRS_LETTERING_CURRENT 1
+#define OX_MGRS_LETTERING_OLDER   2
+#define OX_MGRS_CENTER            0x10
+#define OX_MGRS_SPACES            0x20
+
+/**
+ * MGRS references on the datum of `geogcs` (longitudes taken from its prime
+ * meridian to Greenwich): UTM zones between 80S and 84N with the Norway (32V)
+ * and Svalbard (31X-37X) exceptions, UPS beyond; `digits` per axis clamped
+ * to 0..11 (0: the 100 km square only, 5: metres, 6 to 11: decimetres down
+ * to micrometres); truncated, or rounded when `round` is not zero (a carry
+ * stays within the point's zone and band).  Automatic lettering.  NaN,
+ * infinite or out-of-range (|latitude| > 90 degrees) coordinates give "".
+ */
+OX_API int32_t ox_geog_to_mgrs(const ox_object *geogcs, int32_t n, const double *coords, int32_t digits,
+                               int32_t round, char **refs);
+/**
+ * Reads MGRS references ("33UXP1234567890", "33U XP 12345 67890", "4QFJ1234";
+ * upper case only, equal digit counts) to the south-west corner of the
+ * square, with the automatic lettering.  Refused (NaN): any other character,
+ * a zone or band that does not exist, a square letter outside the zone's set
+ * and a square that lies outside its zone and band.
+ */
+OX_API int32_t ox_mgrs_to_geog(const ox_object *geogcs, int32_t n, char **refs, double *coords);
+/** `ox_geog_to_mgrs` with a mode (lettering, OX_MGRS_SPACES). */
+OX_API int32_t ox_geog_to_mgrs_extended(const ox_object *geogcs, int32_t n, const double *coords, int32_t digits,
+                                        int32_t round, int32_t mode, char **refs);
+/** `ox_mgrs_to_geog` with a mode (lettering, OX_MGRS_CENTER). */
+OX_API int32_t ox_mgrs_to_geog_extended(const ox_object *geogcs, int32_t n, char **refs, int32_t mode,
+                                        double *coords);
 
 /* ------------------------------------------------------------------------ */
 /* Transformation methods and geographic transformations                    */
@@ -1063,6 +1296,70 @@ OX_API ox_predefined_entry *ox_predefined_angular_unit(int32_t *count);
 OX_API ox_predefined_entry *ox_predefined_linear_unit(int32_t *count);
 /** Frees a predefined list; null is ignored. */
 OX_API void ox_table_del(ox_predefined_entry *table);
+
+/* ------------------------------------------------------------------------ */
+/* Legacy projection files                                                  */
+/*                                                                          */
+/* The keyword-per-line text of older GIS software, for example             */
+/*   Projection    STATEPLANE                                               */
+/*   Fipszone      405                                                      */
+/*   Datum         NAD83                                                    */
+/*   Units         FEET                                                     */
+/* Readers return null and writers a negative code on failure; both write   */
+/* the outcome (0 or an OX_PRJ_* code) to `error`.  A reader given a null   */
+/* `error` returns null and does nothing else.  docs/PRJFILE.md describes   */
+/* the keywords, the projection names and their parameter lines.            */
+/* ------------------------------------------------------------------------ */
+
+/** No text (null or empty), fewer than two line ends, or a null path or buffer. */
+#define OX_PRJ_NO_TEXT (-100)
+/** The file cannot be opened, read (a directory, over 1 MiB) or created. */
+#define OX_PRJ_CANNOT_OPEN (-101)
+/** A line begins with no known keyword, holds a NUL byte or is over 255 characters. */
+#define OX_PRJ_UNKNOWN_KEYWORD (-102)
+/** More than 16 parameter lines. */
+#define OX_PRJ_TOO_MANY_PARAMETERS (-103)
+/** A numeric ZUNITS value that is not a finite number above 0. */
+#define OX_PRJ_BAD_ZUNITS (-104)
+/** No vertical unit: ZUNITS empty or beginning with NO. */
+#define OX_PRJ_NO_ZUNITS (-110)
+/** Memory exhausted, or the text (or system) cannot be built (or written). */
+#define OX_PRJ_CANNOT_BUILD (-200)
+/** Size of a buffer that every `_to_prjstring` may fill. */
+#define OX_PRJSTRING_SIZE 8192
+/** Writer option bit: projection and parameter lines even for UTM, state plane and grid systems. */
+#define OX_PRJ_EXPLICIT 1
+
+/** Geographic or projected system of a legacy projection file, or null. */
+OX_API ox_object *ox_coordsys_from_prjfile(const char *path, int32_t *error);
+/** Geographic or projected system of a legacy projection text, or null. */
+OX_API ox_object *ox_coordsys_from_prjstring(const char *text, int32_t *error);
+/** Vertical system of the ZUNITS line of a legacy projection file, or null. */
+OX_API ox_object *ox_vertcs_from_prjfile(const char *path, int32_t *error);
+/** Vertical system of the ZUNITS line of a legacy projection text, or null. */
+OX_API ox_object *ox_vertcs_from_prjstring(const char *text, int32_t *error);
+/** Horizontal system and vertical system (null without ZUNITS) of a legacy projection file. */
+OX_API ox_object *ox_hvcoordsys_from_prjfile(const char *path, int32_t *error);
+/** Horizontal system and vertical system (null without ZUNITS) of a legacy projection text. */
+OX_API ox_object *ox_hvcoordsys_from_prjstring(const char *text, int32_t *error);
+/** Linear unit of the ZUNITS line of a legacy projection file, or null. */
+OX_API ox_object *ox_zunit_from_prjfile(const char *path, int32_t *error);
+/** Linear unit of the ZUNITS line of a legacy projection text, or null. */
+OX_API ox_object *ox_zunit_from_prjstring(const char *text, int32_t *error);
+/** Writes a legacy projection file ("Zunits NO"); returns 0 or an OX_PRJ_* code (also in `error`). */
+OX_API int32_t ox_coordsys_to_prjfile(const ox_object *coordsys, int32_t option, const char *path, int32_t *error);
+/** Writes a legacy projection text into `buffer` (OX_PRJSTRING_SIZE); returns 0 or an OX_PRJ_* code. */
+OX_API int32_t ox_coordsys_to_prjstring(const ox_object *coordsys, int32_t option, char *buffer, int32_t *error);
+/** As ox_coordsys_to_prjfile, with the ZUNITS line of `vertcs` (null: "NO"). */
+OX_API int32_t ox_coordsys_vertcs_to_prjfile(const ox_object *coordsys, const ox_object *vertcs, const char *path,
+                                             int32_t *error);
+/** As ox_coordsys_to_prjstring, with the ZUNITS line of `vertcs` (null: "NO"). */
+OX_API int32_t ox_coordsys_vertcs_to_prjstring(const ox_object *coordsys, const ox_object *vertcs, char *buffer,
+                                               int32_t *error);
+/** Writes the two halves of a horizontal and vertical pair as a legacy projection file. */
+OX_API int32_t ox_hvcoordsys_to_prjfile(const ox_object *hvcoordsys, const char *path, int32_t *error);
+/** Writes the two halves of a horizontal and vertical pair as a legacy projection text. */
+OX_API int32_t ox_hvcoordsys_to_prjstring(const ox_object *hvcoordsys, char *buffer, int32_t *error);
 
 #ifdef __cplusplus
 }

@@ -40,6 +40,25 @@ int main(void) {
     CHECK(ox_geogcs_eq(g, u) == 0);
     ox_geogcs_del(u); /* wrong type: nothing happens */
     ox_unit_del(u);
+
+    {
+        /* Grid references and geodesics from C: caller-owned text buffers. */
+        double point[2] = {15.0, 52.0}, back[2];
+        char mgrs[OX_MGRS_SIZE], georef[OX_GEOREF_SIZE];
+        char *refs[1];
+        double s, azi1, azi2;
+        refs[0] = mgrs;
+        CHECK(ox_geog_to_mgrs(g, 1, point, 5, 0, refs) == 1);
+        CHECK(strcmp(mgrs, "33UWT0000061038") == 0);
+        CHECK(ox_mgrs_to_geog_extended(g, 1, refs, OX_MGRS_CENTER, back) == 1);
+        CHECK(back[0] > 14.99 && back[0] < 15.01);
+        refs[0] = georef;
+        CHECK(ox_geog_to_georef(g, 1, point, 2, 0, refs) == 1);
+        CHECK(ox_georef_to_geog(g, 1, refs, back) == 1);
+        CHECK(ox_geodesic_distance(6378137.0, 0.0, 0.0, 0.0, 1.0, 0.0, &s, &azi1, &azi2) == 1);
+        CHECK(s > 6378136.999999 && s < 6378137.000001);
+        CHECK(ox_geodesic_coordinate(6378137.0, 0.0, 0.0, 0.0, 1.0, 0.0, NULL, NULL) == 1);
+    }
     ox_geogcs_del(g);
 
     ox_version_string(text);

@@ -6,17 +6,7 @@ set(PC "PROJCS[\"pc\",GEOGCS[\"g\",DATUM[\"d\",SPHEROID[\"s\",6371000.0,0.0]],PR
 file(MAKE_DIRECTORY "${WORK}")
 file(WRITE "${WORK}/utm.prj" "${UTM}\n")
 
-function(check name expected_rc expected_out input)
-  file(WRITE "${WORK}/${name}.in" "${input}")
-  execute_process(COMMAND ${ARGN} INPUT_FILE "${WORK}/${name}.in" OUTPUT_VARIABLE out ERROR_VARIABLE err
-                  RESULT_VARIABLE rc)
-  if(NOT rc STREQUAL expected_rc)
-    message(FATAL_ERROR "${name}: exit status ${rc}, expected ${expected_rc} (${err})")
-  endif()
-  if(NOT out STREQUAL expected_out)
-    message(FATAL_ERROR "${name}: output\n${out}expected\n${expected_out}")
-  endif()
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/tool_check.cmake)
 
 check(forward 0 "500000.0000 0.0000\n611350.1595 5345174.8423\n" "15 0\n16.5   48.25\n" ${OX} project ${UTM})
 check(from_file 0 "611350.16 5345174.84\n" "16.5 48.25" ${OX} project --precision 2 "${WORK}/utm.prj")

@@ -101,6 +101,12 @@ ox_object *projcs_from_zone_families(int32_t code);
 // Builds a projected system from its parts; null (parts deleted) on failure.
 ox_object *projcs_assemble(const char *name, int32_t geogcs, int32_t projection, int32_t unit,
                            ox_object *params[OX_PARAMETER_SLOTS]);
+// A geographic system from parts already built (all owned; every one
+// deleted on failure).
+ox_object *geogcs_from_parts(const char *name, ox_object *datum, ox_object *primem, ox_object *unit);
+// The same from parts already built (all owned; every one deleted on failure).
+ox_object *projcs_from_parts(const char *name, ox_object *geogcs, ox_object *projection,
+                             ox_object *params[OX_PARAMETER_SLOTS], ox_object *unit);
 
 // A process-lifetime object (an index of the catalogue) built by the first
 // caller that needs it and then shared by every thread: an atomic pointer and

@@ -11,16 +11,8 @@ constexpr int32_t kGreenwichCode = 8901;
 constexpr int32_t kDegreeUnitCode = 9102;
 
 ox_object *assemble(const char *name, int32_t datum_code, int32_t primem_code, int32_t unit_code) {
-    ox_object *datum = ox_factory_datum(datum_code);
-    ox_object *primem = ox_factory_primem(primem_code);
-    ox_object *unit = ox_factory_unit(unit_code);
-    ox_object *geogcs = ox_geogcs_new(name, datum, primem, unit);
-    if (geogcs == nullptr) {
-        ox_datum_del(datum);
-        ox_primem_del(primem);
-        ox_unit_del(unit);
-    }
-    return geogcs;
+    return geogcs_from_parts(name, ox_factory_datum(datum_code), ox_factory_primem(primem_code),
+                             ox_factory_unit(unit_code));
 }
 
 // GEOGCS,code,name,datum code,prime meridian code,angular unit code.
@@ -53,6 +45,17 @@ constexpr KindBuilder kGeogcs = {kEditGeogcs, "geogcs", "GEOGCS", from_edit, fro
                                  special, false, false};
 
 }  // namespace
+
+ox_object *geogcs_from_parts(const char *name, ox_object *datum, ox_object *primem, ox_object *unit) {
+    ox_object *geogcs = ox_geogcs_new(name, datum, primem, unit);
+    if (geogcs == nullptr) {
+        ox_datum_del(datum);
+        ox_primem_del(primem);
+        ox_unit_del(unit);
+    }
+    return geogcs;
+}
+
 }  // namespace ox
 
 extern "C" OX_API ox_object *ox_factory_geogcs(int32_t code) { return ox::factory_build(ox::kGeogcs, code); }

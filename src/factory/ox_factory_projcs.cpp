@@ -52,9 +52,12 @@ constexpr KindBuilder kProjcs = {kEditProjcs, "projcs", "PROJCS", from_edit, pro
 
 ox_object *projcs_assemble(const char *name, int32_t geogcs_code, int32_t projection_code, int32_t unit_code,
                            ox_object *params[OX_PARAMETER_SLOTS]) {
-    ox_object *geogcs = ox_factory_geogcs(geogcs_code);
-    ox_object *projection = ox_factory_projection(projection_code);
-    ox_object *unit = ox_factory_unit(unit_code);
+    return projcs_from_parts(name, ox_factory_geogcs(geogcs_code), ox_factory_projection(projection_code), params,
+                             ox_factory_unit(unit_code));
+}
+
+ox_object *projcs_from_parts(const char *name, ox_object *geogcs, ox_object *projection,
+                             ox_object *params[OX_PARAMETER_SLOTS], ox_object *unit) {
     ox_object *projcs = ox_projcs_new(name, geogcs, projection, params, unit);
     if (projcs == nullptr) {
         ox_geogcs_del(geogcs);

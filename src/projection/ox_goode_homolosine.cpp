@@ -28,11 +28,12 @@
 // from y), and refuses a point whose longitude falls outside the lobe (a
 // gap between lobes).  Every point of the sphere has exactly one image.
 //
-// Horizon (option 1 or 2): one closed outline, clockwise from the south
-// pole at -180: up the west edge, down and up each northern interruption,
-// down the east edge, up and down each southern interruption from east to
-// west; 32 vertices from each pole to the equator along every edge, the
-// western side of an interruption taken 1e-9 rad west of it (in its lobe).
+// Horizon (option 1 or 2): one closed outline, counter-clockwise from the
+// south pole at -180: down and up each southern interruption from west to
+// east, up the east edge, up and down each northern interruption from east
+// to west, down the west edge; 32 segments from each pole to the equator
+// along every edge, the western side of an interruption taken 1e-9 rad west
+// of it (in its lobe).
 //
 // Refused: a non-finite central meridian, an "Option" other than 0, 1, 2.
 // Equal-area.
@@ -165,30 +166,17 @@ struct GoodeHomolosine {
     }
 };
 
-// The outline (see the top of the file).
-constexpr int32_t kPerEdge = 32;
+// The outline (see the top of the file): traced clockwise below and
+// written back to front, so that it runs counter-clockwise, the map on its
+// left, like every horizon.
 constexpr double kWestOfCut = 1e-9;  // rad
 
-OX_HORIZON_ROUTINE(GoodeHomolosine::horizon) {
-    const Frame f(spheroid ? spheroid : std::array<double, 2>{1.0, 0.0}.data(),
-                  parameters ? parameters : std::array<double, 16>{}.data());
-    int option = 0;
-    if (parameters != nullptr && !option_of(f, option)) return 0;
-    const double lon0 = horizon_center(parameters);
-    if (option == 0) return horizon_band(lon0, kPi, kHalfPi, max_vertices, vertices);
-    const Layout &layout = kLayouts[option];
-    int32_t k = 0;
-    auto put = [&](double lambda, double phi) {
-        if (vertices != nullptr && k < max_vertices) {
-            vertices[2 * k] = horizon_longitude(lon0, lambda);
-            vertices[2 * k + 1] = phi;
-        }
-        ++k;
-    };
+template <class Put>
+void trace_outline(const Layout &layout, Put put) {
     // A meridian from the latitude `from` to `to` (one of them the equator),
     // `to` itself left to the next run.
     auto run = [&](double lambda, double from, double to) {
-        for (int32_t i = 0; i < kPerEdge; ++i) put(lambda, from + (to - from) * i / kPerEdge);
+        for (int32_t i = 0; i < kHorizonSegments; ++i) put(lambda, from + (to - from) * i / kHorizonSegments);
     };
     run(-kPi, -kHalfPi, 0.0);  // west edge
     run(-kPi, 0.0, kHalfPi);
@@ -207,7 +195,27 @@ OX_HORIZON_ROUTINE(GoodeHomolosine::horizon) {
         run(cut - kWestOfCut, 0.0, -kHalfPi);
     }
     put(-kPi, -kHalfPi);  // closed
-    return k;
+}
+
+OX_HORIZON_ROUTINE(GoodeHomolosine::horizon) {
+    const Frame f(spheroid ? spheroid : std::array<double, 2>{1.0, 0.0}.data(),
+                  parameters ? parameters : std::array<double, 16>{}.data());
+    int option = 0;
+    if (parameters != nullptr && !option_of(f, option)) return 0;
+    const double lon0 = horizon_center(parameters);
+    if (option == 0) return horizon_band(lon0, kPi, kHalfPi, max_vertices, vertices);
+    const Layout &layout = kLayouts[option];
+    int32_t total = 0;
+    trace_outline(layout, [&](double, double) { ++total; });
+    int32_t k = 0;
+    trace_outline(layout, [&](double lambda, double phi) {
+        const int32_t at = total - 1 - k++;
+        if (vertices != nullptr && at < max_vertices) {
+            vertices[2 * at] = horizon_longitude(lon0, lambda);
+            vertices[2 * at + 1] = phi;
+        }
+    });
+    return total;
 }
 
 }  // namespace

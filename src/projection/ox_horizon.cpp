@@ -1,18 +1,33 @@
-// The horizon helpers that the projections share, and the world horizon.
+// The horizon helpers that the projections share, the world horizon, and the
+// public horizon of a projected system (ox_generate_horizon, ox_horizon_*).
 #include "projection/ox_horizon.h"
 
 #include <cmath>
 #include <cstring>
 
+#include "object/ox_memory.h"
+#include "object/ox_utils.h"
 #include "projection/ox_math.h"
+#include "projection/ox_pcsconstants.h"
 
 namespace ox {
 
-namespace {
-// Vertices per edge: enough for the projected boundary to follow the curves
-// of the parallels and meridians it is made of.
-constexpr int32_t kPerEdge = 32;
-}  // namespace
+void HorizonWriter::separate() {
+    const double nan = failure_nan();
+    put(nan, nan);
+}
+
+void HorizonWriter::polygon(const double *corners, int32_t n) {
+    for (int32_t k = 0; k < n; ++k) {
+        const double *a = corners + 2 * k;
+        const double *b = corners + 2 * ((k + 1) % n);
+        for (int32_t i = 0; i < kHorizonSegments; ++i) {
+            const double t = static_cast<double>(i) / kHorizonSegments;
+            put(a[0] + (b[0] - a[0]) * t, a[1] + (b[1] - a[1]) * t);
+        }
+    }
+    if (n > 0) put(corners[0], corners[1]);
+}
 
 double horizon_center(const double parameters[OX_PARAMETER_SLOTS], double ParameterValues::*longitude) {
     if (parameters == nullptr) return 0.0;
@@ -30,24 +45,12 @@ double horizon_longitude(double lon0, double offset) {
 }
 
 int32_t horizon_band(double lon0, double half_width, double half_height, int32_t max_vertices, double *vertices) {
-    const int32_t total = 4 * kPerEdge + 1;
-    if (vertices == nullptr || max_vertices <= 0) return total;
-    int32_t k = 0;
-    auto put = [&](double x, double y) {
-        if (k < max_vertices) {
-            vertices[2 * k] = x;
-            vertices[2 * k + 1] = y;
-        }
-        ++k;
-    };
-    const double lat = half_height;
-    const double w = horizon_longitude(lon0, -half_width), e = horizon_longitude(lon0, half_width);
-    for (int32_t i = 0; i < kPerEdge; ++i) put(w, -lat + 2.0 * lat * i / kPerEdge);  // west edge, north
-    for (int32_t i = 0; i < kPerEdge; ++i) put(w + (e - w) * i / kPerEdge, lat);     // north edge, east
-    for (int32_t i = 0; i < kPerEdge; ++i) put(e, lat - 2.0 * lat * i / kPerEdge);   // east edge, south
-    for (int32_t i = 0; i < kPerEdge; ++i) put(e - (e - w) * i / kPerEdge, -lat);    // south edge, west
-    put(w, -lat);                                                                     // closed
-    return total;
+    if (half_width > kPi - kAntimeridianInset) half_width = kPi - kAntimeridianInset;
+    const double w = lon0 - half_width, e = lon0 + half_width;
+    const double corners[8] = {w, -half_height, e, -half_height, e, half_height, w, half_height};
+    HorizonWriter out(max_vertices, vertices);
+    out.polygon(corners, 4);
+    return out.count();
 }
 
 OX_HORIZON_ROUTINE(horizon_world) {
@@ -56,3 +59,170 @@ OX_HORIZON_ROUTINE(horizon_world) {
 }
 
 }  // namespace ox
+
+// ---------------------------------------------------------------------------
+// The horizon of a projected system: one block, the header, the ring starts
+// and the vertices in the system's units.
+// ---------------------------------------------------------------------------
+
+struct ox_horizon {
+    uint32_t type;  // kHorizonTag
+    int32_t kind;
+    int32_t rings;
+    int32_t vertices;
+    double extent[4];
+    // then int32_t start[rings + 1] (padded to a double), double xy[2 * vertices]
+};
+
+namespace {
+
+constexpr uint32_t kHorizonTag = 0x200000u;  // distinct from every object tag
+// A horizon routine of a caller's projection may promise any count: beyond
+// this many vertices it is refused.
+constexpr int32_t kMaxHorizonVertices = 1 << 20;
+
+const ox_horizon *horizon_rec(const ox_horizon *h) { return h != nullptr && h->type == kHorizonTag ? h : nullptr; }
+const int32_t *starts(const ox_horizon *h) { return reinterpret_cast<const int32_t *>(h + 1); }
+size_t starts_bytes(int32_t rings) {
+    const size_t bytes = sizeof(int32_t) * (static_cast<size_t>(rings) + 1);
+    return (bytes + sizeof(double) - 1) / sizeof(double) * sizeof(double);
+}
+const double *xy(const ox_horizon *h) {
+    return reinterpret_cast<const double *>(reinterpret_cast<const char *>(h + 1) + starts_bytes(h->rings));
+}
+
+ox_horizon_routine routine_of(const ox_object *projection, int32_t kind) {
+    switch (kind) {
+        case OX_HORIZON_GEOGRAPHIC: return ox_projection_horizon(projection);
+        case OX_HORIZON_PROJECTED: return ox_projection_horizon_pcs(projection);
+        case OX_HORIZON_GEOGRAPHIC_RASTER: return ox_projection_horizon_gcs_raster(projection);
+        case OX_HORIZON_PROJECTED_RASTER: return ox_projection_horizon_pcs_raster(projection);
+        default: return nullptr;
+    }
+}
+
+bool finite_vertex(const double *v) { return std::isfinite(v[0]) && std::isfinite(v[1]); }
+
+}  // namespace
+
+extern "C" {
+
+OX_API ox_horizon *ox_generate_horizon(const ox_object *projcs, int32_t kind) {
+    if (!ox_projcs_p(projcs)) return nullptr;
+    const ox_horizon_routine routine = routine_of(ox_projcs_projection(projcs), kind);
+    if (routine == nullptr) return nullptr;
+    ox::ProjSetup s;
+    ox::projcs_setup(projcs, &s);
+    const int32_t total = routine(s.spheroid, s.parameters, 0, nullptr);
+    if (total <= 0 || total > kMaxHorizonVertices) return nullptr;
+    double *raw = static_cast<double *>(ox::mem_alloc(static_cast<size_t>(total) * 2 * sizeof(double)));
+    if (raw == nullptr) return nullptr;
+    const int32_t got = routine(s.spheroid, s.parameters, total, raw);
+    const int32_t n = got < total ? (got > 0 ? got : 0) : total;
+
+    // Units: the geographic system's angular unit, or the false origin and
+    // the linear unit.
+    const bool geographic = kind == OX_HORIZON_GEOGRAPHIC || kind == OX_HORIZON_GEOGRAPHIC_RASTER;
+    const double fe = s.parameters[OX_SLOT(false_easting)], fn = s.parameters[OX_SLOT(false_northing)];
+    for (int32_t i = 0; i < n; ++i) {
+        double *v = raw + 2 * i;
+        if (geographic) {
+            v[0] /= s.angular_factor;
+            v[1] /= s.angular_factor;
+        } else {
+            v[0] = (v[0] + fe) / s.linear_factor;
+            v[1] = (v[1] + fn) / s.linear_factor;
+        }
+    }
+    // Rings: the runs of at least two vertices between the separators (a
+    // vertex that is not finite).
+    int32_t rings = 0, kept = 0;
+    for (int32_t i = 0; i < n;) {
+        int32_t j = i;
+        while (j < n && finite_vertex(raw + 2 * j)) ++j;
+        if (j - i >= 2) {
+            ++rings;
+            kept += j - i;
+        }
+        i = j + 1;
+    }
+    if (rings == 0) {
+        ox::mem_free(raw);
+        return nullptr;
+    }
+    const size_t bytes = sizeof(ox_horizon) + starts_bytes(rings) + sizeof(double) * 2 * static_cast<size_t>(kept);
+    ox_horizon *h = static_cast<ox_horizon *>(ox::mem_alloc(bytes));
+    if (h == nullptr) {
+        ox::mem_free(raw);
+        return nullptr;
+    }
+    h->type = kHorizonTag;
+    h->kind = kind;
+    h->rings = rings;
+    h->vertices = kept;
+    h->extent[0] = h->extent[1] = HUGE_VAL;
+    h->extent[2] = h->extent[3] = -HUGE_VAL;
+    int32_t *start = reinterpret_cast<int32_t *>(h + 1);
+    double *out = const_cast<double *>(xy(h));
+    int32_t ring = 0, k = 0;
+    for (int32_t i = 0; i < n;) {
+        int32_t j = i;
+        while (j < n && finite_vertex(raw + 2 * j)) ++j;
+        if (j - i >= 2) {
+            start[ring++] = k;
+            for (int32_t m = i; m < j; ++m, ++k) {
+                const double x = raw[2 * m], y = raw[2 * m + 1];
+                out[2 * k] = x;
+                out[2 * k + 1] = y;
+                h->extent[0] = std::fmin(h->extent[0], x);
+                h->extent[1] = std::fmin(h->extent[1], y);
+                h->extent[2] = std::fmax(h->extent[2], x);
+                h->extent[3] = std::fmax(h->extent[3], y);
+            }
+        }
+        i = j + 1;
+    }
+    start[rings] = k;
+    ox::mem_free(raw);
+    return h;
+}
+
+OX_API void ox_horizon_del(ox_horizon *horizon) {
+    if (horizon_rec(horizon) == nullptr) return;
+    horizon->type = 0;
+    ox::mem_free(horizon);
+}
+
+OX_API int32_t ox_horizon_kind(const ox_horizon *horizon) {
+    const ox_horizon *h = horizon_rec(horizon);
+    return h ? h->kind : -1;
+}
+
+OX_API int32_t ox_horizon_ring_count(const ox_horizon *horizon) {
+    const ox_horizon *h = horizon_rec(horizon);
+    return h ? h->rings : 0;
+}
+
+OX_API int32_t ox_horizon_ring_size(const ox_horizon *horizon, int32_t ring) {
+    const ox_horizon *h = horizon_rec(horizon);
+    if (h == nullptr || ring < 0 || ring >= h->rings) return 0;
+    return starts(h)[ring + 1] - starts(h)[ring];
+}
+
+OX_API int32_t ox_horizon_ring(const ox_horizon *horizon, int32_t ring, int32_t max_vertices, double *vertices) {
+    const int32_t size = ox_horizon_ring_size(horizon, ring);
+    if (size == 0 || vertices == nullptr || max_vertices <= 0) return 0;
+    const int32_t n = size < max_vertices ? size : max_vertices;
+    std::memcpy(vertices, xy(horizon) + 2 * static_cast<size_t>(starts(horizon)[ring]),
+                sizeof(double) * 2 * static_cast<size_t>(n));
+    return n;
+}
+
+OX_API int32_t ox_horizon_extent(const ox_horizon *horizon, double extent[4]) {
+    const ox_horizon *h = horizon_rec(horizon);
+    if (h == nullptr || extent == nullptr) return 0;
+    std::memcpy(extent, h->extent, sizeof h->extent);
+    return 1;
+}
+
+}  // extern "C"

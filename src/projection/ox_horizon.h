@@ -1,9 +1,17 @@
-// What the horizon routines of the projections share: the central longitude
-// of a horizon and the boundary of a band of longitudes and latitudes.
-// Horizons are closed boundaries in geographic coordinates (radians) of the
-// region a projection represents; each projection names its own
-// (ox_projdef.h), and the projected horizon is that boundary through the
-// projection's forward routine.
+// What the horizon routines of the projections share.  A horizon is the
+// boundary of the region a projection represents: one or more closed rings,
+// each running counter-clockwise around its region (the region on the left),
+// its first vertex repeated last, rings separated by one vertex whose two
+// coordinates are the failure NaN.  A geographic horizon gives (longitude,
+// latitude) in radians, a projected horizon (x, y) in metres about the
+// natural origin; vertex i of the one is vertex i of the other.  Each side of
+// a ring (an edge of a band of meridians and parallels, an edge of a face of
+// a polyhedral map) is cut into kHorizonSegments segments.  Each projection
+// names its own horizon (ox_projdef.h); the projected horizon is, unless the
+// projection gives its own, that boundary through the forward routine.
+//
+// The public horizon of a projected system (ox_generate_horizon and the
+// ox_horizon_* functions) is at the end of ox_horizon.cpp.
 #pragma once
 
 #include <cstdint>
@@ -12,6 +20,34 @@
 #include "projection/ox_projdef.h"
 
 namespace ox {
+
+inline constexpr int32_t kHorizonSegments = 32;
+
+// Counts every vertex of a horizon and writes the first `max` of them (none
+// when `out` is null).
+class HorizonWriter {
+public:
+    HorizonWriter(int32_t max, double *out) : max_(out == nullptr || max < 0 ? 0 : max), out_(out) {}
+    void put(double x, double y) {
+        if (count_ < max_) {
+            out_[2 * count_] = x;
+            out_[2 * count_ + 1] = y;
+        }
+        ++count_;
+    }
+    // The separator between two rings.
+    void separate();
+    // The closed ring through `n` corners (x, y pairs), each side cut into
+    // kHorizonSegments segments.
+    void polygon(const double *corners, int32_t n);
+    int32_t count() const { return count_; }
+    int32_t written() const { return count_ < max_ ? count_ : max_; }
+
+private:
+    int32_t max_;
+    double *out_;
+    int32_t count_ = 0;
+};
 
 // A longitude parameter of a horizon's parameters (the central meridian by
 // default); 0 for null parameters or a non-finite value.
@@ -25,9 +61,12 @@ double horizon_center(const double parameters[OX_PARAMETER_SLOTS],
 double horizon_longitude(double lon0, double offset);
 
 // Writes the closed boundary of the band [lon0 - half_width, lon0 +
-// half_width] x [-half_height, half_height] (radians), corners included,
-// with 32 vertices per edge; returns the number of vertices of the whole
-// boundary (129), writing at most `max_vertices` (null: none).
+// half_width] x [-half_height, half_height] (radians) counter-clockwise from
+// its south-west corner; returns the number of vertices of the whole
+// boundary (129), writing at most `max_vertices` (null: none).  A band as
+// wide as the globe keeps its two meridians kAntimeridianInset inside the
+// antimeridian, so that they project to the two sides of a map.
+inline constexpr double kAntimeridianInset = 1e-12;
 int32_t horizon_band(double lon0, double half_width, double half_height, int32_t max_vertices, double *vertices);
 
 // The whole globe about the central meridian.

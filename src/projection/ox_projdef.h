@@ -39,7 +39,10 @@
 //                             natural origin; they return whether every
 //                             argument was within M's range.
 // Optional: `using ConstantsOwner = E` (E's constants routine serves D, and
-// D's forms read E's blocks), kHorizonGcsRaster, kHorizonPcsRaster.
+// D's forms read E's blocks), kHorizonPcs (a projected horizon of its own,
+// where the forward of the geographic one would not do: the outline of a
+// net runs along both sides of its cuts), kHorizonGcsRaster,
+// kHorizonPcsRaster.
 //
 // OX_DEFINE_PROJECTION(D) in the definition's file makes the registry row
 // kProjectionD; the list in ox_projlist.cpp names it.
@@ -358,6 +361,7 @@ constexpr ProjRow projection_row() {
                 D::kParameters,
                 D::kFamily,
                 D::kPreserves};
+    if constexpr (requires { D::kHorizonPcs; }) row.horizon_pcs = D::kHorizonPcs;
     if constexpr (requires { D::kHorizonGcsRaster; }) row.horizon_gcs_raster = D::kHorizonGcsRaster;
     if constexpr (requires { D::kHorizonPcsRaster; }) row.horizon_pcs_raster = D::kHorizonPcsRaster;
     return row;

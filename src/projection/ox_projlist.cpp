@@ -69,10 +69,10 @@ namespace ox {
     PENDING(43047, "Gnomonic", kCenter)                                                 \
     X(Times)                                                                            \
     PENDING(43049, "Vertical_Near_Side_Perspective", kPerspective)                      \
-    PENDING(43052, "Fuller", kOption)                                                   \
+    X(FullerProjection)                                                                 \
     PENDING(43053, "Rectified_Skew_Orthomorphic_Natural_Origin", kSkew)                 \
     PENDING(43054, "Rectified_Skew_Orthomorphic_Center", kSkew)                         \
-    PENDING(43055, "Cube", kMeridianAndOption)                                          \
+    X(CubeProjection)                                                                   \
     PENDING(43058, "Local", kAzimuthCenter)                                             \
     X(GoodeHomolosine)
 

@@ -72,6 +72,54 @@ expect "project by code" 0 "500000.0000 5761038.2126" "15 52" project 32633
 expect "project by definition string" 0 "500000.0000 5761038.2126" "15 52" project OX_PCS_WGS_1984_UTM_ZONE_33N
 expect "project with a geographic code" 2 "" "15 52" project 4326
 
+# Legacy projection files.
+expect "prj write" 0 'Projection    STATEPLANE
+Fipszone      405
+Datum         NAD83
+Spheroid      GRS1980
+Units         METERS
+Zunits        NO' "" prj write 26945
+expect "prj write with a vertical system" 0 'Projection    GEOGRAPHIC
+Datum         WGS84
+Spheroid      WGS84
+Units         DD
+Zunits        METERS /* NAVD_1988 - VCS# =   5703' "" prj write --vertcs 5703 "$wgs84"
+expect "prj write explicit" 0 'Projection    TRANSVERSE
+Datum         WGS84
+Spheroid      WGS84
+Units         METERS
+Zunits        NO
+Parameters          0.9996 /* scale factor at central meridian
+  15  0  0.0 /* longitude of central meridian
+   0  0  0.0 /* latitude of origin
+    500000.0 /* false easting (meters)
+         0.0 /* false northing (meters)' "" prj write --explicit 32633
+expect "prj write of a system without a legacy form" 1 "" "" prj write 3035
+expect "prj write of no system" 2 "" "" prj write 9001
+expect "prj read" 0 "$wgs84" 'Projection GEOGRAPHIC
+Datum WGS84
+Units DD
+' prj read -
+expect "prj read of a bad file" 1 "" 'PROJECTION MARS
+ZONE 10
+' prj read -
+expect "prj read of a missing file" 2 "" "" prj read /nonexistent/file.prj
+expect "prj without a subcommand" 2 "" "" prj
+"$ox" prj read /nonexistent/file.prj 2>&1 | grep -q "error -101: the file cannot be opened or read" ||
+    fail "prj read error text"
+# The summary of a projected system after its object string, and horizons.
+"$ox" info 32633 | grep -qx '# projection: Transverse_Mercator (43006), Cylindrical, conformal' || fail "info summary"
+"$ox" info 32633 | grep -qx '# central meridian: 15, latitude of origin: 0 (degrees)' || fail "info summary origin"
+[ "$("$ox" info 4326 | grep -c '^#')" -eq 0 ] || fail "no summary for a geographic system"
+"$ox" horizon 32633 | head -1 | grep -qx '{"type":"FeatureCollection","features":\[' || fail "horizon GeoJSON"
+[ "$("$ox" horizon --projected 32633 | grep -c '"type":"Feature"')" -eq 1 ] || fail "horizon one ring"
+fuller='PROJCS["f",GEOGCS["g",DATUM["d",SPHEROID["s",6371000,0]],PRIMEM["Greenwich",0],UNIT["Degree",0.0174532925199433]],PROJECTION["Fuller"],PARAMETER["False_Easting",0],PARAMETER["False_Northing",0],PARAMETER["Option",0],UNIT["Meter",1]]'
+[ "$("$ox" horizon --raster "$fuller" | grep -c '"type":"Feature"')" -eq 20 ] || fail "horizon raster faces"
+expect "horizon of no projected system" 2 "" "" horizon 4326
+expect "horizon without raster" 1 "" "" horizon --raster 32633
+expect "horizon bad precision" 2 "" "" horizon --precision 99 32633
+expect "horizon unknown option" 2 "" "" horizon --frobnicate 32633
+
 "$ox" --help | grep -q "usage: ox COMMAND" || fail "--help"
 for command in $("$ox" --help | awk '/^  [a-z]/ {print $1}'); do
     "$ox" "$command" --help | grep -q "usage: ox $command" || fail "$command --help"

@@ -54,10 +54,12 @@ int cmd_info(int argc, char **argv) {
     }
     static char text[OX_OBJSTRING_SIZE];
     const bool ok = readable_text(h, text);
+    if (ok) {
+        std::puts(text);
+        print_pcs_summary(stdout, h);
+    }
     kind->del(h);
-    if (!ok) return 1;
-    std::puts(text);
-    return 0;
+    return ok ? 0 : 1;
 }
 
 int cmd_identify(int argc, char **argv) {

@@ -77,5 +77,14 @@ int cmd_info(int argc, char **argv);
 int cmd_list(int argc, char **argv);
 int cmd_code(int argc, char **argv);
 int cmd_identify(int argc, char **argv);
+int cmd_prjfile(int argc, char **argv);
+int cmd_georef(int argc, char **argv);
+int cmd_mgrs(int argc, char **argv);
+int cmd_geodesic(int argc, char **argv);
+int cmd_horizon(int argc, char **argv);
+
+// Writes the summary of a projected system (ox_pcsinfo_generate) as lines
+// that start with "# "; nothing for any other object.
+void print_pcs_summary(FILE *out, const ox_object *projcs);
 
 }  // namespace oxtool
