@@ -136,15 +136,34 @@ void check_system(const ox::ProjRow &row, const System &s, int &refused, int &tr
         }
         // Just outside the middle of every side.  (Not on the cylinders: they
         // wrap round at the antimeridian, and their inverses take a point
-        // beyond a pole line for the pole.)
+        // beyond a pole line for the pole.)  Where the outline between two
+        // vertices is curved (a meridian at the edge of most world maps), the
+        // middle of the chord lies inside a convex side, up to 1e-3 of the
+        // map's size for 32 segments a side: the step starts from the side
+        // itself, the forward of the middle of the geographic segment.
+        // (Polyhedral maps have straight sides, and there the geographic
+        // middle may fall on the other side of a cut.)
         if (row.family == ox::Family::kCylindrical) continue;
         const double step = 1e-6 * size;
+        std::vector<double> middles;
+        for (size_t i = 0; i + 1 < n; ++i) {
+            middles.push_back(0.5 * (g[2 * i] + g[2 * i + 2]));
+            middles.push_back(0.5 * (g[2 * i + 1] + g[2 * i + 3]));
+        }
+        if (!polyhedral) forward(pcs.get(), middles);
         std::vector<double> out;
         for (size_t i = 0; i + 1 < n; ++i) {
             const double dx = p[2 * i + 2] - p[2 * i], dy = p[2 * i + 3] - p[2 * i + 1], len = std::hypot(dx, dy);
             if (len < 1e-6 * size) continue;
-            out.push_back(0.5 * (p[2 * i] + p[2 * i + 2]) + step * dy / len);
-            out.push_back(0.5 * (p[2 * i + 1] + p[2 * i + 3]) - step * dx / len);
+            const double nx = dy / len, ny = -dx / len;  // outward: the ring is counter-clockwise
+            double mx = 0.5 * (p[2 * i] + p[2 * i + 2]), my = 0.5 * (p[2 * i + 1] + p[2 * i + 3]);
+            const bool wraps = std::fabs(g[2 * i + 2] - g[2 * i]) > 180.0;  // (no middle to take)
+            if (!polyhedral && !wraps && std::isfinite(middles[2 * i]) && std::isfinite(middles[2 * i + 1])) {
+                mx = middles[2 * i];
+                my = middles[2 * i + 1];
+            }
+            out.push_back(mx + step * nx);
+            out.push_back(my + step * ny);
         }
         std::vector<double> back = out;
         inverse(pcs.get(), back);
