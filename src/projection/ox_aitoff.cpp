@@ -21,7 +21,7 @@ namespace {
 
 using namespace world;
 
-struct Aitoff {
+struct Aitoff : OnSphereOfRadiusA {
     static constexpr int32_t kCode = 43043;
     static constexpr const char *kName = "Aitoff";
     static constexpr Family kFamily = Family::kOther;  // a modified azimuthal projection
@@ -30,13 +30,6 @@ struct Aitoff {
     static constexpr ox_horizon_routine kHorizon = horizon_world;
     static constexpr bool kHasConstantsRoutine = false;
 
-    struct Constants {
-        double a;
-    };
-    static bool setup(const Frame &f, Constants &c) {
-        c.a = f.a;
-        return finite(f.p.central_meridian);
-    }
     template <class M>
     static OX_ALWAYS_INLINE bool forward(const Frame &f, const Constants &c, double lon, double lat, double &x,
                                          double &y) {

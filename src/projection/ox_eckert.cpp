@@ -54,18 +54,11 @@ constexpr int kEckertSteps = 3;
 
 // What every Eckert row shares: the parameters, the horizon, and that the
 // constants (a only) are computed for each call.
-struct EckertRow {
+struct EckertRow : OnSphereOfRadiusA {
     static constexpr Family kFamily = Family::kPseudocylindrical;
     static constexpr ParameterSet kParameters = parameter_sets::kFalseOriginAndMeridian;
     static constexpr ox_horizon_routine kHorizon = horizon_world;
     static constexpr bool kHasConstantsRoutine = false;
-    struct Constants {
-        double a;
-    };
-    static bool setup(const Frame &f, Constants &c) {
-        c.a = f.a;
-        return finite(f.p.central_meridian);
-    }
 };
 
 // The rows are written on the unit sphere: Unit::forward(lambda, phi) gives

@@ -20,7 +20,7 @@ using namespace world;
 
 constexpr double kHalfSqrt2 = 0.70710678118654752440;  // sin(pi/4): y / 2a at the poles
 
-struct QuarticAuthalic {
+struct QuarticAuthalic : OnSphereOfRadiusA {
     static constexpr int32_t kCode = 43022;
     static constexpr const char *kName = "Quartic_Authalic";
     static constexpr Family kFamily = Family::kPseudocylindrical;
@@ -29,13 +29,6 @@ struct QuarticAuthalic {
     static constexpr ox_horizon_routine kHorizon = horizon_world;
     static constexpr bool kHasConstantsRoutine = false;
 
-    struct Constants {
-        double a;
-    };
-    static bool setup(const Frame &f, Constants &c) {
-        c.a = f.a;
-        return finite(f.p.central_meridian);
-    }
     template <class M>
     static OX_ALWAYS_INLINE bool forward(const Frame &f, const Constants &c, double lon, double lat, double &x,
                                          double &y) {

@@ -25,14 +25,7 @@ namespace {
 
 using namespace world;
 
-struct Sphere {
-    struct Constants {
-        double a;
-    };
-    static bool setup(const Frame &f, Constants &c) {
-        c.a = f.a;
-        return finite(f.p.central_meridian);
-    }
+struct Sphere : OnSphereOfRadiusA {
     template <class M>
     static OX_ALWAYS_INLINE bool forward(const Frame &f, const Constants &c, double lon, double lat, double &x,
                                          double &y) {

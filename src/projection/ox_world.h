@@ -39,6 +39,19 @@ inline constexpr double kLatitudeEdge = kHalfPi * (1.0 + kEdgeSlack);
 inline constexpr int kMaxSteps = 60;
 inline constexpr double kStepTolerance = 1e-8;
 
+// The constants of a projection on the sphere of radius a whose only
+// parameter besides the false origin is the central meridian: a, for any
+// finite central meridian.  A definition (or its sphere form) derives them.
+struct OnSphereOfRadiusA {
+    struct Constants {
+        double a;
+    };
+    static bool setup(const Frame &f, Constants &c) {
+        c.a = f.a;
+        return finite(f.p.central_meridian);
+    }
+};
+
 // The longitude difference from the central meridian, reduced to [-pi, pi].
 template <class M>
 OX_ALWAYS_INLINE double lambda_of(const Frame &f, double lon, bool &ok) {
