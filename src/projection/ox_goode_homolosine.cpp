@@ -75,6 +75,7 @@ OX_ALWAYS_INLINE void lobe_of(const Lobe (&lobes)[kMaxLobes], double lambda, dou
     west = -kPi;
     centre = lobes[0].centre * kDegree;
     east = kPi;
+#pragma GCC unroll 16
     for (int k = 1; k < kMaxLobes; ++k) {
         const double edge = lobes[k].west * kDegree;
         const bool beyond = lambda >= edge;

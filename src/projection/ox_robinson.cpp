@@ -130,6 +130,7 @@ OX_ALWAYS_INLINE int interval_of_latitude(double abs_phi, double &t) {
 // The interval of Y (0 to 17): the number of inner nodes at or below it.
 OX_ALWAYS_INLINE int interval_of_y(double y) {
     int i = 0;
+#pragma GCC unroll 32
     for (int k = 1; k < kNodes - 1; ++k) i += y >= kTableY[k] ? 1 : 0;
     return i;
 }
@@ -155,6 +156,7 @@ struct SplineTable {
             size = std::fabs(kept - t);
             t = kept;
         };
+#pragma GCC unroll 8
         for (int s = 0; s < kRobinsonSteps; ++s) step();
         if constexpr (M::kExact)
             for (int s = kRobinsonSteps; s < kMaxSteps && !(size <= kRobinsonTolerance); ++s) step();

@@ -122,6 +122,7 @@ struct VanDerGrinten {
         b = b > 0.0 ? (b < yc ? b : yc) : 0.0;
         double lo = 0.0, hi = yc, size = 0.0;
         const double tolerance = kGrintenTolerance * yc;
+#pragma GCC unroll 8
         for (int i = 0; i < kGrintenSteps; ++i) size = depth_step(x2, yc, b, lo, hi);
         if constexpr (M::kExact)
             for (int i = kGrintenSteps; i < kMaxSteps && !(size <= tolerance); ++i) size = depth_step(x2, yc, b, lo, hi);

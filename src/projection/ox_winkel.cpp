@@ -197,6 +197,7 @@ struct UnitTripel {
         double l = std::fabs(l0) > kPi ? std::copysign(kPi, l0) : l0;
         bool ok = M::sincos_ok(p);
         double size = 0.0;
+#pragma GCC unroll 8
         for (int i = 0; i < kTripelSteps; ++i) size = step<M>(c, x, y, l, p, ok);
         if constexpr (M::kExact)
             for (int i = kTripelSteps; i < kMaxSteps && !(size <= kTripelTolerance); ++i) size = step<M>(c, x, y, l, p, ok);

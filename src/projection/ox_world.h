@@ -157,6 +157,8 @@ OX_ALWAYS_INLINE double latitude_within(double phi) {
 template <class M, int Steps, class Step>
 OX_ALWAYS_INLINE bool newton(double &v, Step &&step) {
     double dv = 0.0;
+    // (unrolled: a loop left inside the point loop keeps it scalar)
+#pragma GCC unroll 8
     for (int i = 0; i < Steps; ++i) {
         dv = step(v);
         v += dv;
