@@ -83,6 +83,20 @@ std::vector<Case> cases() {
             out.push_back({name + suffix, name, rf, tm_params(15, 0.9996, 10), 15.0, 3.5});
         out.push_back({"Transverse_Mercator_Complex" + suffix, "Transverse_Mercator_Complex", rf,
                        tm_params(15, 0.9996, 10), 15.0, 40.0});
+        // The world projections (on an ellipsoid all but Sinusoidal use the
+        // sphere of radius a).
+        for (const char *name : {"Sinusoidal", "Mollweide", "Eckert_I", "Eckert_II", "Eckert_III", "Eckert_IV",
+                                 "Eckert_V", "Eckert_VI", "Quartic_Authalic", "Van_der_Grinten_I", "Robinson",
+                                 "Robinson_Legacy", "Aitoff", "Hammer_Aitoff", "Flat_Polar_Quartic",
+                                 "Craster_Parabolic", "Times"})
+            out.push_back({name + suffix, name, rf, cyl_params(12.5, kNaN, 100, -200), 12.5, 180.0});
+        for (const char *name : {"Winkel_I", "Winkel_II", "Winkel_Tripel"})
+            out.push_back({name + suffix, name, rf, cyl_params(12.5, 50.467, 100, -200), 12.5, 180.0});
+        out.push_back({"Loximuthal" + suffix, "Loximuthal", rf,
+                       {{"Central_Meridian", 12.5}, {"Central_Parallel", 40.0}}, 12.5, 180.0});
+        for (double layout : {0.0, 1.0, 2.0})
+            out.push_back({"Goode_Homolosine_" + std::to_string(static_cast<int>(layout)) + suffix, "Goode_Homolosine",
+                           rf, {{"Central_Meridian", 12.5}, {"Option", layout}}, 12.5, 180.0});
     }
     return out;
 }

@@ -136,26 +136,38 @@ void check_system(const ox::ProjRow &row, const System &s, int &refused, int &tr
         }
         // Just outside the middle of every side.  (Not on the cylinders: they
         // wrap round at the antimeridian, and their inverses take a point
-        // beyond a pole line for the pole.)
+        // beyond a pole line for the pole.)  Where the outline between two
+        // vertices is curved (a meridian at the edge of most world maps), the
+        // middle of the chord lies inside a convex side, up to 1e-3 of the
+        // map's size for 32 segments a side: the step starts from the side
+        // itself, the forward of the middle of the geographic segment.
+        // (Polyhedral maps have straight sides, and there the geographic
+        // middle may fall on the other side of a cut.)
         if (row.family == ox::Family::kCylindrical) continue;
         // The middle of a side: on a polyhedral map the middle of its
         // straight side; elsewhere the image of the middle of the geographic
         // side (a curved outline, like a world map's meridian, bulges out
         // beyond the chord's middle).
         const double step = 1e-6 * size;
-        std::vector<double> middle(2 * n);
+        std::vector<double> middles;
         for (size_t i = 0; i + 1 < n; ++i) {
-            const std::vector<double> &v = polyhedral ? p : g;
-            middle[2 * i] = 0.5 * (v[2 * i] + v[2 * i + 2]);
-            middle[2 * i + 1] = 0.5 * (v[2 * i + 1] + v[2 * i + 3]);
+            middles.push_back(0.5 * (g[2 * i] + g[2 * i + 2]));
+            middles.push_back(0.5 * (g[2 * i + 1] + g[2 * i + 3]));
         }
-        if (!polyhedral) forward(pcs.get(), middle);
+        if (!polyhedral) forward(pcs.get(), middles);
         std::vector<double> out;
         for (size_t i = 0; i + 1 < n; ++i) {
             const double dx = p[2 * i + 2] - p[2 * i], dy = p[2 * i + 3] - p[2 * i + 1], len = std::hypot(dx, dy);
-            if (len < 1e-6 * size || !std::isfinite(middle[2 * i])) continue;
-            out.push_back(middle[2 * i] + step * dy / len);
-            out.push_back(middle[2 * i + 1] - step * dx / len);
+            if (len < 1e-6 * size) continue;
+            const double nx = dy / len, ny = -dx / len;  // outward: the ring is counter-clockwise
+            double mx = 0.5 * (p[2 * i] + p[2 * i + 2]), my = 0.5 * (p[2 * i + 1] + p[2 * i + 3]);
+            const bool wraps = std::fabs(g[2 * i + 2] - g[2 * i]) > 180.0;  // (no middle to take)
+            if (!polyhedral && !wraps && std::isfinite(middles[2 * i]) && std::isfinite(middles[2 * i + 1])) {
+                mx = middles[2 * i];
+                my = middles[2 * i + 1];
+            }
+            out.push_back(mx + step * nx);
+            out.push_back(my + step * ny);
         }
         std::vector<double> back = out;
         inverse(pcs.get(), back);

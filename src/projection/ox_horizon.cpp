@@ -37,6 +37,13 @@ double horizon_center(const double parameters[OX_PARAMETER_SLOTS], double Parame
     return std::isfinite(lon0) ? lon0 : 0.0;
 }
 
+double horizon_longitude(double lon0, double offset) {
+    double lon = lon0 + offset;
+    const double inward = offset > 0.0 ? -HUGE_VAL : HUGE_VAL;
+    for (int i = 0; i < 4 && std::fabs(lon - lon0) > std::fabs(offset); ++i) lon = std::nextafter(lon, inward);
+    return lon;
+}
+
 int32_t horizon_band(double lon0, double half_width, double half_height, int32_t max_vertices, double *vertices) {
     return horizon_box(lon0, half_width, -half_height, half_height, max_vertices, vertices);
 }

@@ -54,6 +54,12 @@ private:
 double horizon_center(const double parameters[OX_PARAMETER_SLOTS],
                       double ParameterValues::*longitude = &ParameterValues::central_meridian);
 
+// lon0 + offset (radians), moved by an ulp or two towards lon0 where the
+// difference from lon0 that a projection takes would exceed |offset| in
+// floating point: an east edge at lon0 + pi stays on the east side (lon -
+// lon0 = pi, not a hair beyond, which reduces to -pi).
+double horizon_longitude(double lon0, double offset);
+
 // Writes the closed boundary of the band [lon0 - half_width, lon0 +
 // half_width] x [-half_height, half_height] (radians) counter-clockwise from
 // its south-west corner; returns the number of vertices of the whole

@@ -24,22 +24,22 @@ namespace ox {
     X(TransverseMercator)                                                               \
     X(TransverseMercatorComplex)                                                        \
     X(Albers)                                                                           \
-    PENDING(43008, "Sinusoidal", kFalseOriginAndMeridian)                               \
-    PENDING(43009, "Mollweide", kFalseOriginAndMeridian)                                \
-    PENDING(43010, "Eckert_VI", kFalseOriginAndMeridian)                                \
-    PENDING(43011, "Eckert_V", kFalseOriginAndMeridian)                                 \
-    PENDING(43012, "Eckert_IV", kFalseOriginAndMeridian)                                \
-    PENDING(43013, "Eckert_III", kFalseOriginAndMeridian)                               \
-    PENDING(43014, "Eckert_II", kFalseOriginAndMeridian)                                \
-    PENDING(43015, "Eckert_I", kFalseOriginAndMeridian)                                 \
+    X(Sinusoidal)                                                                       \
+    X(Mollweide)                                                                        \
+    X(EckertVI)                                                                         \
+    X(EckertV)                                                                          \
+    X(EckertIV)                                                                         \
+    X(EckertIII)                                                                        \
+    X(EckertII)                                                                         \
+    X(EckertI)                                                                          \
     X(GallStereographic)                                                                \
     X(Behrmann)                                                                         \
-    PENDING(43018, "Winkel_I", kStandardParallel)                                       \
-    PENDING(43019, "Winkel_II", kStandardParallel)                                      \
+    X(WinkelI)                                                                          \
+    X(WinkelII)                                                                         \
     X(LambertConformalConic)                                                            \
     X(Polyconic)                                                                        \
-    PENDING(43022, "Quartic_Authalic", kFalseOriginAndMeridian)                         \
-    PENDING(43023, "Loximuthal", kCentralParallel)                                      \
+    X(QuarticAuthalic)                                                                  \
+    X(Loximuthal)                                                                       \
     X(Bonne)                                                                            \
     X(HotineAzimuthNaturalOrigin)                                                       \
     X(HotineAzimuthCenter)                                                              \
@@ -50,9 +50,9 @@ namespace ox {
     X(StereographicSouthPole)                                                           \
     X(EquidistantConic)                                                                 \
     X(Cassini)                                                                          \
-    PENDING(43029, "Van_der_Grinten_I", kFalseOriginAndMeridian)                        \
-    PENDING(43030, "Robinson", kFalseOriginAndMeridian)                                 \
-    PENDING(43057, "Robinson_Legacy", kFalseOriginAndMeridian)                          \
+    X(VanDerGrinten)                                                                    \
+    X(Robinson)                                                                         \
+    X(RobinsonLegacy)                                                                   \
     X(TwoPointEquidistant)                                                              \
     X(AzimuthalEquidistant)                                                             \
     X(LambertAzimuthalEqualArea)                                                        \
@@ -61,20 +61,20 @@ namespace ox {
     X(Krovak)                                                                           \
     X(NewZealandMapGrid)                                                                \
     X(Orthographic)                                                                     \
-    PENDING(43042, "Winkel_Tripel", kStandardParallel)                                  \
-    PENDING(43043, "Aitoff", kFalseOriginAndMeridian)                                   \
-    PENDING(43044, "Hammer_Aitoff", kFalseOriginAndMeridian)                            \
-    PENDING(43045, "Flat_Polar_Quartic", kFalseOriginAndMeridian)                       \
-    PENDING(43046, "Craster_Parabolic", kFalseOriginAndMeridian)                        \
+    X(WinkelTripel)                                                                     \
+    X(Aitoff)                                                                           \
+    X(HammerAitoff)                                                                     \
+    X(FlatPolarQuartic)                                                                 \
+    X(CrasterParabolic)                                                                 \
     X(Gnomonic)                                                                         \
-    PENDING(43048, "Times", kFalseOriginAndMeridian)                                    \
+    X(Times)                                                                            \
     X(VerticalPerspective)                                                              \
     X(FullerProjection)                                                                 \
     X(RectifiedSkewNaturalOrigin)                                                       \
     X(RectifiedSkewCenter)                                                              \
     X(CubeProjection)                                                                   \
     X(Local)                                                                            \
-    PENDING(43059, "Goode_Homolosine", kMeridianAndOption)
+    X(GoodeHomolosine)
 
 namespace {
 
