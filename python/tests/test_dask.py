@@ -62,3 +62,17 @@ def test_bad_inputs():
         ox.dask.project(np.zeros((10, 2)), 32633)
     with pytest.raises(ValueError):
         ox.dask.project(da.zeros((10, 2), chunks=5), "EPSG:0")
+
+
+def test_transformations_block_by_block_and_by_columns(client):
+    shift = ox.Transformation(1173)  # a geocentric translation, shipped by its object string
+    rng = np.random.default_rng(5)
+    pairs = np.column_stack([rng.uniform(-120, -70, 100000), rng.uniform(25, 50, 100000)])
+    shifted = ox.dask.transform(da.from_array(pairs, chunks=(20000, 2)), shift).compute()
+    assert np.array_equal(shifted.view(np.uint64), shift.forward(pairs).view(np.uint64))
+    back = ox.dask.transform(da.from_array(shifted, chunks=(30000, 2)), 1173, inverse=True).compute()
+    assert np.array_equal(back.view(np.uint64), shift.inverse(shifted).view(np.uint64))
+    frame = pd.DataFrame({"lon": pairs[:5000, 0], "lat": pairs[:5000, 1]})
+    out = ox.dask.transform(dd.from_pandas(frame, npartitions=3), shift, columns=("lon", "lat")).compute()
+    lon, lat = shift.forward(frame["lon"].to_numpy(), frame["lat"].to_numpy())
+    assert np.array_equal(out["lon"].to_numpy(), lon) and np.array_equal(out["lat"].to_numpy(), lat)
