@@ -62,12 +62,8 @@ struct Sphere {
     template <class M>
     static OX_ALWAYS_INLINE bool forward(const Frame &f, const Constants &c, double lon, double lat, double &x,
                                          double &y) {
-        const double d = lon - f.p.central_meridian;
-        const double L = M::reduce(d);
-        double s, co, sl, cl, east, north, up;
-        M::sincos(lat, s, co);
-        M::sincos(L, sl, cl);
-        frame_components(c.sin0, c.cos0, s, co, sl, cl, east, north, up);
+        double s, co, east, north, up;
+        const bool ok = point_components<M>(c.sin0, c.cos0, f.p.central_meridian, lon, lat, s, co, east, north, up);
         const double sin_c = M::sqrt(east * east + north * north);
         const double angle = M::atan2(sin_c, up);
         // (at the origin 0; at the antipode, and within rounding of it, no
@@ -76,7 +72,7 @@ struct Sphere {
         const double g = antipode ? failure_nan() : (sin_c > 0.0 ? f.a * angle / sin_c : f.a);
         x = g * east;
         y = g * north;
-        return M::reduce_ok(d) & M::sincos_ok(lat) & M::sincos_ok(L) & (M::atan2_ok(sin_c, up) | (sin_c == 0.0));
+        return ok & (M::atan2_ok(sin_c, up) | (sin_c == 0.0));
     }
     template <class M>
     static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,

@@ -59,17 +59,13 @@ struct Sphere {
     template <class M>
     static OX_ALWAYS_INLINE bool forward(const Frame &f, const Constants &c, double lon, double lat, double &x,
                                          double &y) {
-        const double d = lon - f.p.central_meridian;
-        const double L = M::reduce(d);
-        double s, co, sl, cl, east, north, up;
-        M::sincos(lat, s, co);
-        M::sincos(L, sl, cl);
-        frame_components(c.sin0, c.cos0, s, co, sl, cl, east, north, up);
+        double s, co, east, north, up;
+        const bool ok = point_components<M>(c.sin0, c.cos0, f.p.central_meridian, lon, lat, s, co, east, north, up);
         const double one_up = 1.0 + up;
         const double k = one_up > 0.0 ? f.a * M::sqrt(2.0 / one_up) : failure_nan();
         x = k * east;
         y = k * north;
-        return M::reduce_ok(d) & M::sincos_ok(lat) & M::sincos_ok(L);
+        return ok;
     }
     template <class M>
     static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,

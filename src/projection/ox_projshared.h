@@ -284,6 +284,22 @@ OX_ALWAYS_INLINE void frame_components(double sin0, double cos0, double s, doubl
     up = sin0 * s + cos0 * ccl;
 }
 
+// The frame components of the point (lon, lat) about a centre of latitude
+// sin0, cos0 on the meridian `central`: the longitude taken about it, the
+// sines and cosines, then frame_components.  s and co receive sin and cos
+// of the latitude.  Returns M's range predicates.
+template <class M>
+OX_ALWAYS_INLINE bool point_components(double sin0, double cos0, double central, double lon, double lat, double &s,
+                                       double &co, double &east, double &north, double &up) {
+    const double d = lon - central;
+    const double L = M::reduce(d);
+    double sl, cl;
+    M::sincos(lat, s, co);
+    M::sincos(L, sl, cl);
+    frame_components(sin0, cos0, s, co, sl, cl, east, north, up);
+    return M::reduce_ok(d) & M::sincos_ok(lat) & M::sincos_ok(L);
+}
+
 // The latitude and longitude difference of the point whose vector has the
 // components (east, north, up) in the frame of the centre (any positive
 // length: only directions count), with the sine and cosine of the latitude:
@@ -364,14 +380,10 @@ struct StereographicSphere {
     template <class M>
     static OX_ALWAYS_INLINE bool forward(const Frame &f, const Constants &c, double lon, double lat, double &x,
                                          double &y) {
-        const double d = lon - f.p.central_meridian;
-        const double L = M::reduce(d);
-        double s, co, sl, cl, east, north, up;
-        M::sincos(lat, s, co);
-        M::sincos(L, sl, cl);
-        frame_components(c.sin0, c.cos0, s, co, sl, cl, east, north, up);
+        double s, co, east, north, up;
+        const bool ok = point_components<M>(c.sin0, c.cos0, f.p.central_meridian, lon, lat, s, co, east, north, up);
         stereographic_xy(c.k, east, north, up, x, y);
-        return M::reduce_ok(d) & M::sincos_ok(lat) & M::sincos_ok(L);
+        return ok;
     }
     template <class M>
     static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,

@@ -21,13 +21,7 @@ inline bool parameters_ok(const Frame &f) {
 template <class M>
 OX_ALWAYS_INLINE bool components(const Frame &f, double sin0, double cos0, double lon, double lat, double &s,
                                  double &co, double &east, double &north, double &up) {
-    const double d = lon - f.p.longitude_of_center;
-    const double L = M::reduce(d);
-    double sl, cl;
-    M::sincos(lat, s, co);
-    M::sincos(L, sl, cl);
-    frame_components(sin0, cos0, s, co, sl, cl, east, north, up);
-    return M::reduce_ok(d) & M::sincos_ok(lat) & M::sincos_ok(L);
+    return point_components<M>(sin0, cos0, f.p.longitude_of_center, lon, lat, s, co, east, north, up);
 }
 
 template <class M>

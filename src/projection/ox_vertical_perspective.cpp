@@ -62,16 +62,12 @@ struct VerticalPerspective {
     template <class M>
     static OX_ALWAYS_INLINE bool forward(const Frame &f, const Constants &c, double lon, double lat, double &x,
                                          double &y) {
-        const double d = lon - f.p.longitude_of_center;
-        const double L = M::reduce(d);
-        double s, co, sl, cl, east, north, up;
-        M::sincos(lat, s, co);
-        M::sincos(L, sl, cl);
-        frame_components(c.sin0, c.cos0, s, co, sl, cl, east, north, up);
+        double s, co, east, north, up;
+        const bool ok = point_components<M>(c.sin0, c.cos0, f.p.longitude_of_center, lon, lat, s, co, east, north, up);
         const double k = up >= c.inv_p ? f.a * c.p_minus_1 / (c.p - up) : failure_nan();
         x = k * east;
         y = k * north;
-        return M::reduce_ok(d) & M::sincos_ok(lat) & M::sincos_ok(L);
+        return ok;
     }
     template <class M>
     static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
