@@ -61,16 +61,16 @@ def _parse_code(text):
     return None
 
 
-def _handle(spec, kinds):
-    """The library object that `spec` names, of one of `kinds`; ValueError
+def _handle(source, kinds):
+    """The library object that `source` names, of one of `kinds`; ValueError
     saying what was wrong otherwise."""
-    if isinstance(spec, bool) or spec is None:
+    if isinstance(source, bool) or source is None:
         raise ValueError("a coordinate system needs a code, a definition string, an object string or a file, "
-                         "not %r" % (spec,))
-    if isinstance(spec, int):
-        code = spec
-    elif isinstance(spec, str):
-        text = spec.strip()
+                         "not %r" % (source,))
+    if isinstance(source, int):
+        code = source
+    elif isinstance(source, str):
+        text = source.strip()
         if not text:
             raise ValueError("an empty text names no object")
         if "\0" in text:
@@ -106,7 +106,7 @@ def _handle(spec, kinds):
                 return h
             raise ValueError("%r is neither a code, a definition string, an object string nor a file" % text)
     else:
-        raise ValueError("a coordinate system needs a code or a text, not %s" % type(spec).__name__)
+        raise ValueError("a coordinate system needs a code or a text, not %s" % type(source).__name__)
     if code <= 0 or code > 2147483647:
         raise ValueError("%d is not a catalogue code" % code)
     for kind in kinds:
@@ -141,8 +141,8 @@ class _Object:
     __slots__ = ("_h",)
     _kinds = ()
 
-    def __init__(self, spec):
-        self._h = spec._h if isinstance(spec, _Object) else _handle(spec, self._kinds)
+    def __init__(self, source):
+        self._h = source._h if isinstance(source, _Object) else _handle(source, self._kinds)
 
     @classmethod
     def _from_handle(cls, h):
@@ -227,7 +227,7 @@ def _is_scalar(v):
 class CoordinateSystem(_Object):
     """A projected, geographic or vertical coordinate system.
 
-    ``CoordinateSystem(spec)`` takes a catalogue code (``32633``,
+    ``CoordinateSystem(source)`` takes a catalogue code (``32633``,
     ``"EPSG:32633"``; a plain code names a projected system first, then a
     geographic, then a vertical one), a definition string, an object string
     or the name of a file holding one or a legacy projection file;

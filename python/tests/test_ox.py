@@ -152,12 +152,12 @@ def test_systems_from_every_kind_of_name(utm):
         wgs84.project(15.0, 52.0)
 
 
-@pytest.mark.parametrize("spec", [0, -5, 2 ** 40, "EPSG:99999999", "", "   ", "PROJCS[", "OX_PCS_NO_SUCH_SYSTEM",
+@pytest.mark.parametrize("source", [0, -5, 2 ** 40, "EPSG:99999999", "", "   ", "PROJCS[", "OX_PCS_NO_SUCH_SYSTEM",
                                   "/no/such/file", "not a system", "15\x00junk", None, 3.5, True, [32633],
                                   "x" * 10000])
-def test_bad_specifications_raise_value_errors_that_say_why(spec):
+def test_bad_sources_raise_value_errors_that_say_why(source):
     with pytest.raises(ValueError) as e:
-        ox.CoordinateSystem(spec)
+        ox.CoordinateSystem(source)
     assert str(e.value)
 
 
