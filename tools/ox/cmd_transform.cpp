@@ -58,29 +58,29 @@ int transform_points(ox_object *gt, const Options &o) {
     const auto convert = [&](int32_t n, double *points, double *heights) {
         return o.inverse ? ox_geog2_to_geog1(gt, n, points, heights) : ox_geog1_to_geog2(gt, n, points, heights);
     };
-    std::vector<double> points, heights, saved_points, saved_heights;
+    std::vector<double> points, heights;
     PointJob job;
     job.command = "transform";
     job.optional_values = 1;  // the height
     job.copy_failed = true;
     job.convert = [&](PointBatch &b) {
         // Interleaved longitudes and latitudes and the heights (0 where a
-        // line has none), converted with one call.
-        points.resize(2 * static_cast<size_t>(b.n));
-        heights.resize(static_cast<size_t>(b.n));
-        for (int32_t i = 0; i < b.n; ++i) {
-            points[2 * i] = b.values[3 * i];
-            points[2 * i + 1] = b.values[3 * i + 1];
-            heights[i] = std::isnan(b.values[3 * i + 2]) ? 0.0 : b.values[3 * i + 2];
-        }
+        // line has none), converted with one call; b.values keeps the input.
+        const auto fill = [&] {
+            points.resize(2 * static_cast<size_t>(b.n));
+            heights.resize(static_cast<size_t>(b.n));
+            for (int32_t i = 0; i < b.n; ++i) {
+                points[2 * i] = b.values[3 * i];
+                points[2 * i + 1] = b.values[3 * i + 1];
+                heights[i] = std::isnan(b.values[3 * i + 2]) ? 0.0 : b.values[3 * i + 2];
+            }
+        };
+        fill();
         std::vector<char> done(static_cast<size_t>(b.n), 1);
-        saved_points = points;
-        saved_heights = heights;
         if (convert(b.n, points.data(), heights.data()) != b.n) {
             // Some point was not converted (the count says how many, not
             // which): convert them one at a time.
-            points = saved_points;
-            heights = saved_heights;
+            fill();
             for (int32_t i = 0; i < b.n; ++i) done[i] = convert(1, &points[2 * i], &heights[i]) == 1;
         }
         for (int32_t i = 0; i < b.n; ++i) {
