@@ -406,4 +406,20 @@ TEST(NewZealandMapGrid, OriginAndInverseOfTheForward) {
     }
 }
 
+// IOGP Guidance Note 7-2's example of the New Zealand Map Grid: easting
+// 2487100.638 m, northing 6751049.719 m is latitude -34.444066, longitude
+// 172.739194 degrees, printed to 1e-6 degrees.  (The forward of the printed
+// angles can only agree to their rounding, about 0.1 m.)
+TEST(NewZealandMapGrid, GuidanceNoteExample) {
+    const Owned pcs = make_projcs("New_Zealand_Map_Grid", new_zealand(), 6378388, 297);
+    std::vector<double> p = {2487100.638, 6751049.719};
+    ASSERT_EQ(inverse(pcs.get(), p), 1);
+    EXPECT_NEAR(p[0], 172.739194, 5e-7);
+    EXPECT_NEAR(p[1], -34.444066, 5e-7);
+    p = {172.739194, -34.444066};
+    ASSERT_EQ(forward(pcs.get(), p), 1);
+    EXPECT_NEAR(p[0], 2487100.638, 0.1);
+    EXPECT_NEAR(p[1], 6751049.719, 0.1);
+}
+
 }  // namespace
