@@ -185,6 +185,6 @@ void BM_FactoryCodeGeogcsEditFile(benchmark::State &state) {
     EditDirectory edits(state.range(0));
     BM_FactoryCodeGeogcs(state);
 }
-BENCHMARK(BM_FactoryCodeGeogcsEditFile)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_FactoryCodeGeogcsEditFile)->Arg(10000)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "factory/ox_factory.h"
 #include "object/ox_object.h"
 #include "object/ox_strings.h"
 #include "ox.h"
@@ -89,33 +90,90 @@ TEST_F(FactoryCode, StatusRuleAndBandOrder) {
     EXPECT_EQ(ox_factory_code(mhast.get()), 4264);
 }
 
-// The index gives exactly what the exhaustive search gives: forced here by
-// empty object-edit files, which send the search through every code.
+// The answer by definition: every code of the kind's bands built and
+// compared in order, the first current match (status 4 or 8), else the equal
+// one of lowest status.
+int32_t exhaustive(const ox_object *object) {
+    const ox::KindInfo *kind = ox::kind_info(object->type);
+    const ox_coderange_set *set = kind->ranges();
+    int32_t best = 0, best_status = 64;
+    for (int32_t b = 0; b < set->count; ++b)
+        for (int64_t code = set->ranges[b].low; code <= set->ranges[b].high; ++code) {
+            ox_object *h = kind->build(static_cast<int32_t>(code));
+            if (h == nullptr) continue;
+            const bool equal = ox::obj_eq(h, object, kind->tag) != 0;
+            const int32_t status = h->status & 0xFF;
+            delete_any(h);
+            if (!equal) continue;
+            if (status <= OX_STATUS_OBJEDIT) return static_cast<int32_t>(code);
+            if (status < best_status) best = static_cast<int32_t>(code), best_status = status;
+        }
+    return best;
+}
+
+// The index gives exactly what the exhaustive search gives, for every kind,
+// without object-edit files and with empty ones.
 TEST_F(FactoryCode, IndexAgreesWithTheExhaustiveSearch) {
     const int32_t codes[] = {4326, 4267, 4807, 104902, 4635, 4264, 6326, 6807, 6635, 7030, 7059, 8903, 9003,
                              9102, 5103, 5703, 115700, 1241, 1911, 15850, 26761, 32633, 2990, 3857, 102592,
                              27572, 43005, 100010, 9607, 119625, 2391, 25391};
-    std::vector<int32_t> indexed;
-    std::vector<ox_object *> objects;
-    for (int32_t code : codes) {
-        ox_object *h = ox_factory(code);
-        ASSERT_NE(h, nullptr) << code;
-        objects.push_back(h);
-        ox_object *copy = anonymous(ox::obj_clone(h, h->type));
-        indexed.push_back(ox_factory_code(copy));
-        delete_any(copy);
-    }
     const TempDir dir;
     for (const char *file : {"unit", "spheroid", "datum", "primem", "geogcs", "projcs", "vdatum", "vertcs",
                              "geogtran"})
         dir.write(file, "");
-    ox_objedithome_setdir(dir.path.c_str());
-    for (size_t i = 0; i < objects.size(); ++i) {
-        ox_object *copy = anonymous(ox::obj_clone(objects[i], objects[i]->type));
-        EXPECT_EQ(ox_factory_code(copy), indexed[i]) << codes[i];
-        delete_any(copy);
-        delete_any(objects[i]);
+    for (int32_t code : codes) {
+        Owned h(ox_factory(code));
+        ASSERT_TRUE(h) << code;
+        Owned copy(anonymous(ox::obj_clone(h.get(), h.get()->type)));
+        const int32_t truth = exhaustive(copy.get());
+        EXPECT_NE(truth, 0) << code;
+        ox_objedithome_setdir(nullptr);
+        EXPECT_EQ(ox_factory_code(copy.get()), truth) << code;
+        ox_objedithome_setdir(dir.path.c_str());
+        ox::obj_set_code(copy.get(), -1, nullptr, nullptr);
+        EXPECT_EQ(ox_factory_code(copy.get()), truth) << code;
     }
+}
+
+// With object-edit files the candidates are the catalogue's plus the codes
+// the kind's own file defines under the name: the answers are those of the
+// exhaustive search, and follow the file when it changes.
+TEST_F(FactoryCode, EditedNamesAndDefinitionsAreFound) {
+    const TempDir dir;
+    const std::string long_name(70, 'L');
+    dir.write("geogcs", "# site systems\n"
+                        "GEOGCS,4326,\"GCS_Site_Renamed\",6326,8901,9102\n"  // WGS 84 under a site name
+                        "GEOGCS,4326,\"GCS_Second_Line\",6326,8901,9102\n"   // not the first line: ignored
+                        "GEOGCS,204010,\"GCS_WGS_1972\",6322,8901,9102\n"    // a catalogue name on a site code
+                        "GEOGCS,204011,\"GCS_Site_B\",6322,8901,9102\n"
+                        "GEOGCS,204012,\"" + long_name + "\",6326,8901,9102\n"
+                        "GEOGCS,300000,\"GCS_Outside\",6326,8901,9102\n");  // outside every band
+    dir.write("datum", "DATUM,6269,\"D_North_American_1983\",7019\n");    // no change of name
+    ox_objedithome_setdir(dir.path.c_str());
+    const auto geogcs = [](const char *name, int32_t datum) {
+        return ox_geogcs_new(name, ox_factory_datum(datum), ox_factory_primem(8901), ox_factory_unit(9102));
+    };
+    struct Case {
+        const char *name;
+        int32_t datum, expected;
+    } cases[] = {
+        {"GCS_Site_Renamed", 6326, 4326}, {"GCS_WGS_1984", 6326, 0},  {"GCS_Second_Line", 6326, 0},
+        {"GCS_WGS_1972", 6322, 4322},     {"GCS_Site_B", 6322, 204011}, {long_name.c_str(), 6326, 204012},
+        {"GCS_Outside", 6326, 0},         {"GCS_North_American_1983", 6269, 4269},
+    };
+    for (const Case &c : cases) {
+        Owned g(geogcs(c.name, c.datum));
+        ASSERT_TRUE(g) << c.name;
+        const int32_t truth = exhaustive(g.get());
+        EXPECT_EQ(truth, c.expected) << c.name;
+        EXPECT_EQ(ox_factory_code(g.get()), truth) << c.name;
+    }
+    // A changed file is indexed again: the site name now names code 204013.
+    dir.write("geogcs", "GEOGCS,204013,\"GCS_Site_B\",6322,8901,9102\n");
+    Owned b(geogcs("GCS_Site_B", 6322));
+    EXPECT_EQ(ox_factory_code(b.get()), 204013);
+    Owned wgs(geogcs("GCS_WGS_1984", 6326));
+    EXPECT_EQ(ox_factory_code(wgs.get()), 4326);
 }
 
 // Every kind has a list of its current definitions, sorted by name: no

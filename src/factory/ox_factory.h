@@ -8,6 +8,7 @@
 #include <cstdint>
 
 #include "factory/ox_catalogue.h"
+#include "factory/ox_sequence.h"
 #include "object/ox_object.h"
 
 namespace ox {
@@ -50,12 +51,34 @@ struct EditLine {
     const char *field[kMaxEditFields];
     int count;
 };
-// The first line of the object-edit file of `bit` whose keyword field
-// matches `keyword` and whose code field equals `code`: found (in `line`),
-// absent (no directory, no file, no such line), or failed (memory exhausted
-// while the file was indexed).
+// The first definition line (one whose keyword field matches the file's
+// keyword) of the object-edit file of `bit` whose code field equals `code`:
+// found (in `line`), absent (no directory, no file, no such line), or failed
+// (memory exhausted while the file was indexed).
 enum class EditFind { kFound, kAbsent, kFailed };
-EditFind objedit_find(uint32_t bit, const char *file, const char *keyword, int32_t code, EditLine *line);
+EditFind objedit_find(uint32_t bit, int32_t code, EditLine *line);
+// Appends to `codes` (int32_t elements) the code of every first definition
+// line of the file of `bit` whose name field, cut to the 63 characters an
+// object keeps, has the hash `key` (`name_hash`): found (possibly none),
+// absent (no such file), or failed (memory exhausted).
+EditFind objedit_named(uint32_t bit, uint64_t key, Sequence &codes);
+// While one lives, this thread looks at each object-edit file (one stat) at
+// most once: the builders it calls see one version of the files, and a
+// call that builds many objects costs one stat per file, not one per object.
+struct EditSnapshot {
+    EditSnapshot();
+    ~EditSnapshot();
+    EditSnapshot(const EditSnapshot &) = delete;
+    EditSnapshot &operator=(const EditSnapshot &) = delete;
+};
+// While one lives, the builders of this thread ignore the object-edit files
+// (the catalogue as it is shipped).
+struct CatalogueOnly {
+    CatalogueOnly();
+    ~CatalogueOnly();
+    CatalogueOnly(const CatalogueOnly &) = delete;
+    CatalogueOnly &operator=(const CatalogueOnly &) = delete;
+};
 // A code field: decimal integer, or a definition string when that gives 0.
 int32_t edit_code(const char *field);
 // The field `i` of a line, or null when the line has fewer fields.
@@ -74,9 +97,7 @@ bool put_parameter(ox_object *params[OX_PARAMETER_SLOTS], ox_object *parameter);
 // The kind builder.
 // ---------------------------------------------------------------------------
 struct KindBuilder {
-    uint32_t edit_bit;       // object-edit file bit; 0: the kind has none
-    const char *edit_file;   // file name in the object-edit directory
-    const char *edit_keyword;
+    uint32_t edit_bit;  // object-edit file bit; 0: the kind has none
     // Builds from an object-edit line; null on failure (parts deleted).
     ox_object *(*from_edit)(const EditLine &line);
     // Builds from the catalogue; null when no row has the code.
@@ -138,6 +159,7 @@ struct KindInfo {
     const ox_coderange_set *(*ranges)();
     ox_object *(*build)(int32_t code);
     uint32_t edit_bits;  // every object-edit file that can change what the kind builds
+    uint32_t own_bit;    // the one among them that defines the kind's objects (and names), or 0
 };
 const KindInfo *kind_info(uint32_t tag);
 

@@ -3,11 +3,14 @@
 // every code of the kind's bands in order, compare each with the object, take
 // the first current definition that is equal, else the equal one of lowest
 // status.  Equality starts with the separator-insensitive name comparison, so
-// only codes whose object carries the same normalised name can match: while
-// no object-edit file can change what the builders make, an index of the
-// catalogue by normalised name (built once per kind, in band order) yields
-// exactly those candidates.  With object-edit files in play the search is the
-// exhaustive one.
+// only codes whose object carries the same normalised name can match.  An
+// index of the catalogue by normalised name (built once per kind, in band
+// order, with the object-edit files ignored) yields those candidates.  Of the
+// object-edit files only the kind's own can change a name (every other name
+// comes from a catalogue row or a zone family's template), so with edit
+// files in play the candidates are the catalogue's plus the codes that the
+// kind's own file defines under the name; each candidate is then built as
+// the factory builds it now, edits included, and compared in band order.
 #include <algorithm>
 #include <atomic>
 
@@ -18,18 +21,6 @@
 
 namespace ox {
 namespace {
-
-// FNV-1a of the name as the name comparison sees it: lower case, without
-// white space, '-' and '_'.
-uint64_t name_key(const char *name) {
-    uint64_t h = 14695981039346656037ull;
-    for (const unsigned char *p = reinterpret_cast<const unsigned char *>(name); *p; ++p) {
-        if (is_name_separator(*p)) continue;
-        h ^= static_cast<uint64_t>(to_lower(*p));
-        h *= 1099511628211ull;
-    }
-    return h;
-}
 
 struct IndexEntry {
     uint64_t key;
@@ -43,6 +34,7 @@ struct Index {
 };
 
 Index *build_index(const KindInfo &kind) {
+    const CatalogueOnly catalogue_only;
     Sequence s = sequence_new(sizeof(IndexEntry), 1024);
     const ox_coderange_set *set = kind.ranges();
     int32_t order = 0;
@@ -50,7 +42,7 @@ Index *build_index(const KindInfo &kind) {
         for (int64_t code = set->ranges[b].low; code <= set->ranges[b].high; ++code, ++order) {
             ox_object *h = kind.build(static_cast<int32_t>(code));
             if (h == nullptr) continue;
-            const IndexEntry e = {name_key(h->name), order, static_cast<int32_t>(code)};
+            const IndexEntry e = {name_hash(h->name), order, static_cast<int32_t>(code)};
             obj_delete(h);
             if (!sequence_append(s, &e)) {
                 sequence_delete(s);
@@ -117,12 +109,55 @@ void search_exhaustive(Search &s) {
             if (s.consider(static_cast<int32_t>(code))) return;
 }
 
-void search_index(Search &s, const Index &index) {
-    const uint64_t key = name_key(s.object->name);
+// The position of `code` in the order of the bands (its first band), or -1
+// when no band holds it.
+int64_t band_order(const ox_coderange_set *set, int32_t code) {
+    int64_t before = 0;
+    for (int32_t b = 0; b < set->count; ++b) {
+        const ox_coderange &r = set->ranges[b];
+        if (code >= r.low && code <= r.high) return before + (code - r.low);
+        before += int64_t{r.high} - r.low + 1;
+    }
+    return -1;
+}
+
+// Searches the catalogue's candidates and those of the kind's own
+// object-edit file in band order; false when the edit file's candidates
+// cannot be had (memory exhausted), so that the caller searches every code.
+bool search_index(Search &s, const Index &index) {
+    const uint64_t key = name_hash(s.object->name);
     const IndexEntry *first = std::lower_bound(index.entries, index.entries + index.count, key,
                                                [](const IndexEntry &e, uint64_t k) { return e.key < k; });
-    for (const IndexEntry *e = first; e < index.entries + index.count && e->key == key; ++e)
-        if (s.consider(e->code)) return;
+    const IndexEntry *last = first;
+    while (last < index.entries + index.count && last->key == key) ++last;
+    Sequence edited = sequence_new(sizeof(int32_t), 16);
+    if (s.kind.own_bit != 0 && objedit_named(s.kind.own_bit, key, edited) == EditFind::kFailed) {
+        sequence_delete(edited);
+        return false;
+    }
+    if (edited.count == 0) {  // the catalogue's candidates, already in band order
+        for (const IndexEntry *e = first; e < last; ++e)
+            if (s.consider(e->code)) break;
+        return true;
+    }
+    Sequence all = sequence_new(sizeof(IndexEntry), 16);
+    bool ok = true;
+    for (const IndexEntry *e = first; e < last && ok; ++e) ok = sequence_append(all, e);
+    for (size_t i = 0; i < edited.count && ok; ++i) {
+        const int32_t code = *static_cast<const int32_t *>(sequence_at(edited, i));
+        const int64_t order = band_order(s.kind.ranges(), code);
+        const IndexEntry e = {key, static_cast<int32_t>(order), code};
+        if (order >= 0) ok = sequence_append(all, &e);  // codes outside the bands are never searched
+    }
+    sequence_delete(edited);
+    if (ok) {
+        auto *begin = reinterpret_cast<IndexEntry *>(all.data), *end = begin + all.count;
+        std::sort(begin, end, [](const IndexEntry &a, const IndexEntry &b) { return a.order < b.order; });
+        for (const IndexEntry *e = begin; e < end; ++e)
+            if ((e == begin || e->code != e[-1].code) && s.consider(e->code)) break;
+    }
+    sequence_delete(all);
+    return ok;
 }
 
 }  // namespace
@@ -133,13 +168,10 @@ extern "C" OX_API int32_t ox_factory_code(ox_object *object) {
     const ox::KindInfo *kind = ox::kind_info(object->type);
     if (kind == nullptr) return 0;
     if (object->code >= 0) return object->code;
+    const ox::EditSnapshot snapshot;  // each edit file looked at once
     ox::Search s{object, *kind};
-    const ox::Index *index = nullptr;
-    if (kind->edit_bits == 0 || ox::objedithome_query(kind->edit_bits) == nullptr) index = ox::index_of(*kind);
-    if (index != nullptr)
-        ox::search_index(s, *index);
-    else
-        ox::search_exhaustive(s);
+    const ox::Index *index = ox::index_of(*kind);
+    if (index == nullptr || !ox::search_index(s, *index)) ox::search_exhaustive(s);  // nothing considered yet
     ox::obj_set_code(object, s.best_code, s.best_band ? s.best_band->authority : nullptr,
                      s.best_band ? s.best_band->version : nullptr);
     return s.best_code;

@@ -38,7 +38,7 @@ ox_object *special(int32_t code) {
     return datum;
 }
 
-constexpr KindBuilder kDatum = {kEditDatum, "datum", "DATUM", from_edit, from_catalogue,
+constexpr KindBuilder kDatum = {kEditDatum, from_edit, from_catalogue,
                                 ox_factory_coderanges_datum, &cat::kReplacedDatum, &cat::kSupersededDatum, special,
                                 false, false};
 

@@ -40,7 +40,7 @@ ox_object *special(int32_t code) {
     return geogcs;
 }
 
-constexpr KindBuilder kGeogcs = {kEditGeogcs, "geogcs", "GEOGCS", from_edit, from_catalogue,
+constexpr KindBuilder kGeogcs = {kEditGeogcs, from_edit, from_catalogue,
                                  ox_factory_coderanges_geogcs, &cat::kReplacedGeogcs, &cat::kSupersededGeogcs,
                                  special, false, false};
 

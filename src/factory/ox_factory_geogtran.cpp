@@ -61,7 +61,7 @@ ox_object *from_catalogue(int32_t code) {
     return assemble(r->name, r->geogcs1, r->geogcs2, r->method, params);
 }
 
-constexpr KindBuilder kGeogtran = {kEditGeogtran, "geogtran", "GEOGTRAN", from_edit, from_catalogue,
+constexpr KindBuilder kGeogtran = {kEditGeogtran, from_edit, from_catalogue,
                                    ox_factory_coderanges_geogtran, &cat::kReplacedGeogtran,
                                    &cat::kSupersededGeogtran, nullptr, false, false};
 

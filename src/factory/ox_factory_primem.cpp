@@ -16,7 +16,7 @@ ox_object *from_catalogue(int32_t code) {
     return r != nullptr ? ox_primem_new(r->name, r->longitude) : nullptr;
 }
 
-constexpr KindBuilder kPrimem = {kEditPrimem, "primem", "PRIMEM", from_edit, from_catalogue,
+constexpr KindBuilder kPrimem = {kEditPrimem, from_edit, from_catalogue,
                                  ox_factory_coderanges_primem, nullptr, nullptr, nullptr, false, false};
 
 }  // namespace

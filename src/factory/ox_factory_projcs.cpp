@@ -44,7 +44,7 @@ ox_object *special(int32_t code) {
     return h;
 }
 
-constexpr KindBuilder kProjcs = {kEditProjcs, "projcs", "PROJCS", from_edit, projcs_from_catalogue,
+constexpr KindBuilder kProjcs = {kEditProjcs, from_edit, projcs_from_catalogue,
                                  ox_factory_coderanges_projcs, &cat::kReplacedProjcs, &cat::kSupersededProjcs,
                                  special, false, false};
 

@@ -19,7 +19,7 @@ ox_object *from_catalogue(int32_t code) {
     return ox_spheroid_new(r->name, r->axis, flattening);
 }
 
-constexpr KindBuilder kSpheroid = {kEditSpheroid, "spheroid", "SPHEROID", from_edit, from_catalogue,
+constexpr KindBuilder kSpheroid = {kEditSpheroid, from_edit, from_catalogue,
                                    ox_factory_coderanges_spheroid, &cat::kReplacedSpheroid, nullptr, nullptr,
                                    false, false};
 

@@ -18,7 +18,7 @@ ox_object *from_catalogue(int32_t code) {
 
 // A unit line that the constructor refuses is the answer (null): the
 // catalogue is not consulted.
-constexpr KindBuilder kUnit = {kEditUnit, "unit", "UNIT", from_edit, from_catalogue, ox_factory_coderanges_unit,
+constexpr KindBuilder kUnit = {kEditUnit, from_edit, from_catalogue, ox_factory_coderanges_unit,
                                nullptr,   nullptr, nullptr, false, true};
 
 }  // namespace

@@ -12,7 +12,7 @@ ox_object *from_catalogue(int32_t code) {
     return r != nullptr ? ox_vdatum_new(r->name) : nullptr;
 }
 
-constexpr KindBuilder kVdatum = {kEditVdatum, "vdatum", "VDATUM", from_edit, from_catalogue,
+constexpr KindBuilder kVdatum = {kEditVdatum, from_edit, from_catalogue,
                                  ox_factory_coderanges_vdatum, &cat::kReplacedVdatum, nullptr, nullptr,
                                  false, false};
 

@@ -60,7 +60,7 @@ ox_object *from_catalogue(int32_t code) {
 }
 
 // An edited vertical system is stamped with the code asked for.
-constexpr KindBuilder kVertcs = {kEditVertcs, "vertcs", "VERTCS", from_edit, from_catalogue,
+constexpr KindBuilder kVertcs = {kEditVertcs, from_edit, from_catalogue,
                                  ox_factory_coderanges_vertcs, &cat::kReplacedVertcs, nullptr, nullptr,
                                  true, false};
 

@@ -3,10 +3,10 @@
 // before its catalogue, and the reader of their lines.
 //
 // Each file is indexed once per version: the first line of every code
-// (first line wins) is kept in memory, sorted by code, together with the
-// file's identity (device, inode, size, modification time).  A look-up
-// costs one stat of the file; a file whose identity changed is indexed
-// again.  Files are opened without blocking, and anything that is not a
+// (first line wins) is kept in memory, sorted by code and, for the reverse
+// look-up, by the hash of its name, together with the file's identity
+// (device, inode, size, modification time).  A look-up costs one stat of
+// the file; a file whose identity changed is indexed again.  Files are opened without blocking, and anything that is not a
 // regular file counts as absent.
 //
 // The home is the library's only mutable process-wide state besides
@@ -41,14 +41,16 @@ constexpr size_t kMaxPath = kMaxDirectory + 32;
 constexpr off_t kMaxEditFileSize = off_t{256} << 20;
 constexpr int kPieceSize = kEditLineSize - 1;  // a line is read in pieces of 1023 characters
 
+// The files, each with the keyword that starts its definition lines.
 struct EditFile {
     const char *name;
+    const char *keyword;
     uint32_t bits;
 };
 constexpr EditFile kFiles[] = {
-    {"geogcs", kEditGeogcs}, {"projcs", kEditProjcs}, {"vertcs", kEditVertcs},
-    {"datum", kEditDatum},   {"vdatum", kEditVdatum}, {"geogtran", kEditGeogtran},
-    {"unit", kEditUnit},     {"primem", kEditPrimem}, {"spheroid", kEditSpheroid},
+    {"geogcs", "GEOGCS", kEditGeogcs},       {"projcs", "PROJCS", kEditProjcs}, {"vertcs", "VERTCS", kEditVertcs},
+    {"datum", "DATUM", kEditDatum},          {"vdatum", "VDATUM", kEditVdatum}, {"geogtran", "GEOGTRAN", kEditGeogtran},
+    {"unit", "UNIT", kEditUnit},             {"primem", "PRIMEM", kEditPrimem}, {"spheroid", "SPHEROID", kEditSpheroid},
 };
 constexpr int kFileCount = sizeof kFiles / sizeof kFiles[0];
 
@@ -60,6 +62,12 @@ struct IndexLine {
     size_t offset;  // of the text in the file, then in the index's block
 };
 
+// The code of a definition line by the hash of the name it gives.
+struct NameLine {
+    uint64_t key;
+    int32_t code;
+};
+
 // The definition lines of one version of one file.
 struct FileIndex {
     bool built;
@@ -69,8 +77,8 @@ struct FileIndex {
     timespec modified;
     char *text;        // the lines of `lines`, one after another
     IndexLine *lines;  // sorted by code, one per code
+    NameLine *names;   // the same lines sorted by name hash, then code
     size_t count;
-    char keyword[32];  // the keyword the lines were indexed for
 };
 
 struct Home {
@@ -81,6 +89,11 @@ struct Home {
     FileIndex files[kFileCount] = {};
 };
 Home g_home;
+
+// The live EditSnapshot guards of this thread, and the files it has looked
+// at since the first of them was made (bit per slot).
+thread_local int t_snapshots = 0;
+thread_local uint32_t t_looked_at = 0;
 
 // Splits a line in place at every comma and double quote; fields of white
 // space only are dropped, the others lose their leading white space.
@@ -116,6 +129,7 @@ bool split_definition(EditLine *line, const char *keyword) {
 void index_clear(FileIndex &f) {
     mem_free(f.text);
     mem_free(f.lines);
+    mem_free(f.names);
     f = FileIndex{};
 }
 
@@ -168,6 +182,11 @@ Read read_file(const char *path, char **block, size_t *length, struct stat *st) 
 // after a line break or after 1023 characters, and ends early at a NUL or a
 // carriage return.  False when memory is exhausted (nothing is kept).
 bool index_text(FileIndex &f, const char *data, size_t n, const char *keyword) {
+    const auto fail = [](Sequence &found, char *text) {
+        sequence_delete(found);
+        mem_free(text);
+        return false;
+    };
     Sequence found = sequence_new(sizeof(IndexLine), 4096);
     EditLine line;
     size_t order = 0;
@@ -184,10 +203,7 @@ bool index_text(FileIndex &f, const char *data, size_t n, const char *keyword) {
         if (!split_definition(&line, keyword)) continue;
         const IndexLine entry = {edit_code(line.field[0]), static_cast<uint32_t>(length), order,
                                  static_cast<size_t>(piece - data)};
-        if (!sequence_append(found, &entry)) {
-            sequence_delete(found);
-            return false;
-        }
+        if (!sequence_append(found, &entry)) return fail(found, nullptr);
     }
     // The first line of each code.
     auto *all = reinterpret_cast<IndexLine *>(found.data);
@@ -202,9 +218,10 @@ bool index_text(FileIndex &f, const char *data, size_t n, const char *keyword) {
         }
     found.count = kept;
     char *text = total > 0 ? static_cast<char *>(mem_alloc(total)) : nullptr;
-    if (total > 0 && text == nullptr) {
-        sequence_delete(found);
-        return false;
+    auto *names = kept > 0 ? static_cast<NameLine *>(mem_alloc(kept * sizeof(NameLine))) : nullptr;
+    if (kept > 0 && (text == nullptr || names == nullptr)) {
+        mem_free(names);
+        return fail(found, text);
     }
     size_t at = 0;
     for (size_t i = 0; i < kept; ++i) {
@@ -212,35 +229,51 @@ bool index_text(FileIndex &f, const char *data, size_t n, const char *keyword) {
         text[at + all[i].length] = '\0';
         all[i].offset = at;
         at += all[i].length + 1;
+        // The name as the object will carry it: at most 63 characters.
+        std::memcpy(line.text, text + all[i].offset, all[i].length + 1);
+        split_definition(&line, keyword);
+        names[i] = {name_hash(edit_field(line, 1), OX_NAME_SIZE - 1), all[i].code};
     }
+    std::sort(names, names + kept, [](const NameLine &a, const NameLine &b) {
+        return a.key != b.key ? a.key < b.key : a.code < b.code;
+    });
     auto *lines = static_cast<IndexLine *>(kept > 0 ? sequence_release(found) : nullptr);
     sequence_delete(found);
     if (kept > 0 && lines == nullptr) {
+        mem_free(names);
         mem_free(text);
         return false;
     }
     f.text = text;
     f.lines = lines;
+    f.names = names;
     f.count = kept;
     return true;
 }
 
-// Brings the index of file `slot` up to date with the file at `path`.
-// Unreadable or no longer a regular file: no index (kUnreadable).
-Read refresh(int slot, const char *path, const char *keyword) {
+// Brings the index of file `slot` up to date with the file in the home;
+// the caller holds the lock.  No home, unreadable or no longer a regular
+// file: no index (kUnreadable).
+Read refresh(int slot) {
     FileIndex &f = g_home.files[slot];
+    char path[kMaxPath];
+    if (g_home.directory[0] == '\0' || !path_join(g_home.directory, kFiles[slot].name, path, sizeof path))
+        return Read::kUnreadable;
+    const uint32_t slot_bit = uint32_t{1} << slot;
+    if ((t_looked_at & slot_bit) != 0 && f.built) return Read::kOk;
+    if (t_snapshots > 0) t_looked_at |= slot_bit;
     struct stat st;
     if (stat(path, &st) != 0 || !S_ISREG(st.st_mode)) {
         index_clear(f);
         return Read::kUnreadable;
     }
-    if (same_version(f, st) && std::strcmp(f.keyword, keyword) == 0) return Read::kOk;
+    if (same_version(f, st)) return Read::kOk;
     index_clear(f);
     char *data = nullptr;
     size_t n = 0;
     const Read r = read_file(path, &data, &n, &st);
     if (r != Read::kOk) return r;
-    const bool indexed = index_text(f, data, n, keyword);
+    const bool indexed = index_text(f, data, n, kFiles[slot].keyword);
     mem_free(data);
     if (!indexed) return Read::kNoMemory;
     f.built = true;
@@ -248,7 +281,6 @@ Read refresh(int slot, const char *path, const char *keyword) {
     f.inode = st.st_ino;
     f.size = st.st_size;
     f.modified = st.st_mtim;
-    copy_bounded(f.keyword, keyword, sizeof f.keyword);
     return Read::kOk;
 }
 
@@ -278,27 +310,30 @@ uint32_t present_files() {
     return h.present.load(std::memory_order_acquire);
 }
 
-int file_slot(const char *file) {
+// The slot of the file of `bit` when that file was present, else -1.
+int present_slot(uint32_t bit) {
+    if ((present_files() & bit) == 0) return -1;
     for (int i = 0; i < kFileCount; ++i)
-        if (std::strcmp(kFiles[i].name, file) == 0) return i;
+        if (kFiles[i].bits == bit) return i;
     return -1;
 }
 
 }  // namespace
 
+EditSnapshot::EditSnapshot() { ++t_snapshots; }
+EditSnapshot::~EditSnapshot() {
+    if (--t_snapshots == 0) t_looked_at = 0;
+}
+
 const char *objedithome_query(uint32_t bits) {
     return (present_files() & bits) != 0 ? g_home.directory : nullptr;
 }
 
-EditFind objedit_find(uint32_t bit, const char *file, const char *keyword, int32_t code, EditLine *line) {
-    if ((present_files() & bit) == 0) return EditFind::kAbsent;
-    const int slot = file_slot(file);
-    if (slot < 0 || keyword == nullptr) return EditFind::kAbsent;
+EditFind objedit_find(uint32_t bit, int32_t code, EditLine *line) {
+    const int slot = present_slot(bit);
+    if (slot < 0) return EditFind::kAbsent;
     std::lock_guard<std::mutex> guard(g_home.lock);
-    char path[kMaxPath];
-    if (g_home.directory[0] == '\0' || !path_join(g_home.directory, file, path, sizeof path))
-        return EditFind::kAbsent;
-    const Read r = refresh(slot, path, keyword);
+    const Read r = refresh(slot);
     if (r == Read::kNoMemory) return EditFind::kFailed;
     if (r != Read::kOk) return EditFind::kAbsent;
     const FileIndex &f = g_home.files[slot];
@@ -306,7 +341,22 @@ EditFind objedit_find(uint32_t bit, const char *file, const char *keyword, int32
     const IndexLine *found = std::lower_bound(begin, end, code, [](const IndexLine &l, int32_t c) { return l.code < c; });
     if (found == end || found->code != code) return EditFind::kAbsent;
     std::memcpy(line->text, f.text + found->offset, found->length + 1);
-    return split_definition(line, keyword) ? EditFind::kFound : EditFind::kAbsent;
+    return split_definition(line, kFiles[slot].keyword) ? EditFind::kFound : EditFind::kAbsent;
+}
+
+EditFind objedit_named(uint32_t bit, uint64_t key, Sequence &codes) {
+    const int slot = present_slot(bit);
+    if (slot < 0) return EditFind::kAbsent;
+    std::lock_guard<std::mutex> guard(g_home.lock);
+    const Read r = refresh(slot);
+    if (r == Read::kNoMemory) return EditFind::kFailed;
+    if (r != Read::kOk) return EditFind::kAbsent;
+    const FileIndex &f = g_home.files[slot];
+    const NameLine *end = f.names + f.count;
+    const NameLine *at = std::lower_bound(static_cast<const NameLine *>(f.names), end, key, [](const NameLine &l, uint64_t k) { return l.key < k; });
+    for (; at < end && at->key == key; ++at)
+        if (!sequence_append(codes, &at->code)) return EditFind::kFailed;
+    return EditFind::kFound;
 }
 
 int32_t edit_code(const char *field) {

@@ -16,6 +16,7 @@ ox_predefined_entry *predefined(const ox_coderange_set *set, ox_object *(*build)
     if (count == nullptr) return nullptr;
     *count = 0;
     Sequence entries = sequence_new(sizeof(ox_predefined_entry), kGrowth);
+    const EditSnapshot snapshot;  // each object-edit file looked at once per list
     for (int32_t b = 0; b < set->count; ++b)
         for (int64_t code = set->ranges[b].low; code <= set->ranges[b].high; ++code) {
             ox_object *h = build(static_cast<int32_t>(code));

@@ -33,6 +33,17 @@ int name_compare_n(const char *a, const char *b, size_t n) {
 
 int name_compare(const char *a, const char *b) { return name_compare_n(a, b, static_cast<size_t>(-1)); }
 
+uint64_t name_hash(const char *name, size_t limit) {
+    uint64_t h = 14695981039346656037ull;
+    const unsigned char *p = reinterpret_cast<const unsigned char *>(name ? name : "");
+    for (size_t k = 0; k < limit && p[k] != '\0'; ++k) {
+        if (kNameFold.skip[p[k]]) continue;
+        h ^= kNameFold.lower[p[k]];
+        h *= 1099511628211ull;
+    }
+    return h;
+}
+
 int prefix_compare(const char *s, const char *pattern) {
     size_t significant = 0;
     for (const char *p = pattern ? pattern : ""; *p; ++p)

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 namespace ox {
 
@@ -26,6 +27,9 @@ size_t copy_bounded(char *dst, const char *src, size_t size);
 int name_compare(const char *a, const char *b);
 // The same, reporting equality once `n` significant characters matched.
 int name_compare_n(const char *a, const char *b, size_t n);
+// FNV-1a hash of the first `limit` bytes of a name (or all of it) as the
+// name comparison sees it: names that compare equal hash equal.
+uint64_t name_hash(const char *name, size_t limit = static_cast<size_t>(-1));
 
 // Per byte: whether the name comparison skips it, and its lower case.
 struct NameFold {
