@@ -79,7 +79,7 @@ OX_ALWAYS_INLINE void lobe_of(const Lobe (&lobes)[kMaxLobes], double lambda, dou
     for (int k = 1; k < kMaxLobes; ++k) {
         const double edge = lobes[k].west * kDegree;
         const bool beyond = lambda >= edge;
-        east = !beyond & (edge < east) ? edge : east;
+        east = (!beyond & (edge < east)) ? edge : east;
         west = beyond ? edge : west;
         centre = beyond ? lobes[k].centre * kDegree : centre;
     }
@@ -161,8 +161,8 @@ struct GoodeHomolosine {
         const bool in_lobe = (lambda >= west - slack) & (lambda <= east + slack);
         const double kept = lambda < west ? west : (lambda > east ? east : lambda);
         bool ok;
-        lon = longitude_of<M>(f, in_lobe & inside ? kept : kNaN, ok);
-        lat = in_lobe & inside ? phi : kNaN;
+        lon = longitude_of<M>(f, (in_lobe & inside) ? kept : kNaN, ok);
+        lat = (in_lobe & inside) ? phi : kNaN;
         return ok & (M::sincos_ok(phi) | std::isnan(phi));
     }
 };

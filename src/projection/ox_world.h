@@ -115,7 +115,7 @@ inline constexpr double kPoleRounding = 1.5e-8;  // sqrt(2.2e-16)
 OX_ALWAYS_INLINE double ratio(double x, double w, double scale, double slack = kEdgeSlack) {
     const double q = x / w;
     const bool at_pole = std::fabs(x) <= slack * scale;
-    return at_pole & !(std::fabs(q) <= kPi) ? 0.0 : q;
+    return (at_pole & !(std::fabs(q) <= kPi)) ? 0.0 : q;
 }
 
 // The relative error that the rounding of y carries into a width computed
