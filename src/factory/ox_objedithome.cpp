@@ -318,6 +318,19 @@ int present_slot(uint32_t bit) {
     return -1;
 }
 
+// Runs `use(index, slot)` on the up-to-date index of the file of `bit`,
+// under the lock: absent when there is no such file, failed when memory ran
+// out while it was indexed.
+template <class Use>
+EditFind with_index(uint32_t bit, Use use) {
+    const int slot = present_slot(bit);
+    if (slot < 0) return EditFind::kAbsent;
+    std::lock_guard<std::mutex> guard(g_home.lock);
+    const Read r = refresh(slot);
+    if (r != Read::kOk) return r == Read::kNoMemory ? EditFind::kFailed : EditFind::kAbsent;
+    return use(static_cast<const FileIndex &>(g_home.files[slot]), slot);
+}
+
 }  // namespace
 
 EditSnapshot::EditSnapshot() { ++t_snapshots; }
@@ -330,33 +343,25 @@ const char *objedithome_query(uint32_t bits) {
 }
 
 EditFind objedit_find(uint32_t bit, int32_t code, EditLine *line) {
-    const int slot = present_slot(bit);
-    if (slot < 0) return EditFind::kAbsent;
-    std::lock_guard<std::mutex> guard(g_home.lock);
-    const Read r = refresh(slot);
-    if (r == Read::kNoMemory) return EditFind::kFailed;
-    if (r != Read::kOk) return EditFind::kAbsent;
-    const FileIndex &f = g_home.files[slot];
-    const IndexLine *begin = f.lines, *end = f.lines + f.count;
-    const IndexLine *found = std::lower_bound(begin, end, code, [](const IndexLine &l, int32_t c) { return l.code < c; });
-    if (found == end || found->code != code) return EditFind::kAbsent;
-    std::memcpy(line->text, f.text + found->offset, found->length + 1);
-    return split_definition(line, kFiles[slot].keyword) ? EditFind::kFound : EditFind::kAbsent;
+    return with_index(bit, [&](const FileIndex &f, int slot) {
+        const IndexLine *end = f.lines + f.count;
+        const IndexLine *found = std::lower_bound(static_cast<const IndexLine *>(f.lines), end, code,
+                                                  [](const IndexLine &l, int32_t c) { return l.code < c; });
+        if (found == end || found->code != code) return EditFind::kAbsent;
+        std::memcpy(line->text, f.text + found->offset, found->length + 1);
+        return split_definition(line, kFiles[slot].keyword) ? EditFind::kFound : EditFind::kAbsent;
+    });
 }
 
 EditFind objedit_named(uint32_t bit, uint64_t key, Sequence &codes) {
-    const int slot = present_slot(bit);
-    if (slot < 0) return EditFind::kAbsent;
-    std::lock_guard<std::mutex> guard(g_home.lock);
-    const Read r = refresh(slot);
-    if (r == Read::kNoMemory) return EditFind::kFailed;
-    if (r != Read::kOk) return EditFind::kAbsent;
-    const FileIndex &f = g_home.files[slot];
-    const NameLine *end = f.names + f.count;
-    const NameLine *at = std::lower_bound(static_cast<const NameLine *>(f.names), end, key, [](const NameLine &l, uint64_t k) { return l.key < k; });
-    for (; at < end && at->key == key; ++at)
-        if (!sequence_append(codes, &at->code)) return EditFind::kFailed;
-    return EditFind::kFound;
+    return with_index(bit, [&](const FileIndex &f, int) {
+        const NameLine *end = f.names + f.count;
+        const NameLine *at = std::lower_bound(static_cast<const NameLine *>(f.names), end, key,
+                                              [](const NameLine &l, uint64_t k) { return l.key < k; });
+        for (; at < end && at->key == key; ++at)
+            if (!sequence_append(codes, &at->code)) return EditFind::kFailed;
+        return EditFind::kFound;
+    });
 }
 
 int32_t edit_code(const char *field) {
