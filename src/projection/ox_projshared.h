@@ -254,18 +254,27 @@ OX_ALWAYS_INLINE double cone_angle(double n, double n_rho0, double x, double y, 
     return M::atan2(u, v);
 }
 
-// The longitude difference of a point at angle theta = atan2(u, v) about
-// the apex (u = n x, v = n rho0 - n y) on the parallel of arc factor n rho:
-// theta / n, or, where the cone is nearly a cylinder (|theta| < 1),
-// x (theta / sin theta) / (n rho) with sin theta = u / hypot(u, v), which
-// stays exact as n tends to 0 (0 at the apex, n rho = 0).  NaN when
-// |theta / n| exceeds pi (the gap of the cone).
+// The longitude of a point at angle theta = atan2(u, v) about the apex
+// (u = n x, v = n rho0 - n y) on the parallel of arc factor n rho, for the
+// central meridian `central`: the difference L is theta / n, or, where the
+// cone is nearly a cylinder (|theta| < 1), x (theta / sin theta) / (n rho)
+// with sin theta = u / hypot(u, v), which stays exact as n tends to 0 (0 at
+// the apex, n rho = 0); lon = central + L reduced to [-pi, pi], NaN when |L|
+// exceeds pi (the gap of the cone).  Returns M's range predicate of the
+// reduction, taken on central + L before the gap's NaN: a predicate that
+// reads that NaN lets the compiler fold the flag to a constant on the gap's
+// branch, and the select of a mask and a constant that results keeps the
+// point loop from vectorising.  (A point of the gap outside the range goes
+// to the exact formula, which gives the same NaN.)
 template <class M>
-OX_ALWAYS_INLINE double cone_longitude(double n, double theta, double u, double v, double x, double n_rho) {
+OX_ALWAYS_INLINE bool cone_longitude(double central, double n, double theta, double u, double v, double x,
+                                     double n_rho, double &lon) {
     const double ratio = theta == 0.0 ? 1.0 : theta * M::sqrt(u * u + v * v) / u;
     const double small = n_rho == 0.0 ? 0.0 : x * ratio / n_rho;
     const double L = std::fabs(theta) < 1.0 ? small : theta / n;
-    return std::fabs(L) <= kPi * (1.0 + 1e-14) ? L : failure_nan();
+    const double l = central + L;
+    lon = std::fabs(L) <= kPi * (1.0 + 1e-14) ? M::reduce(l) : failure_nan();
+    return M::reduce_ok(l);
 }
 
 // ---------------------------------------------------------------------------
