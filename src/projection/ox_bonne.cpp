@@ -90,7 +90,7 @@ OX_ALWAYS_INLINE bool inverse_point(const Frame &f, const Constants &c, double x
     const double L = pole ? 0.0 : u / am;
     const double l = f.p.central_meridian + L;
     const bool inside = std::fabs(L) <= kPi * (1.0 + 1e-14);
-    lon = inside ? M::reduce(l) : failure_nan();
+    lon = longitude_or_nan<M>(l, inside);
     lat = phi;
     // phi is NaN or within a right angle, in the sine's range.  The
     // reduction's predicate is taken on l before the NaN of a point outside

@@ -142,7 +142,7 @@ OX_ALWAYS_INLINE bool inverse_point(const Frame &f, const Constants &c, double x
     const double L = iterate & (s > 0.0) ? M::atan2(u, v) / s : x / f.a;
     const double phi = iterate ? root : (ay == 0.0 ? 0.0 : failure_nan());  // (NaN or infinite input)
     const double l = f.p.central_meridian + L;
-    lon = std::fabs(L) <= kPi * (1.0 + 1e-14) ? M::reduce(l) : failure_nan();
+    lon = longitude_or_nan<M>(l, std::fabs(L) <= kPi * (1.0 + 1e-14));
     lat = std::copysign(phi, Y);
     // The reduction's predicate is taken on l before the NaN of a point
     // outside the image (a predicate that read that NaN would keep the
