@@ -134,6 +134,14 @@ std::vector<OnDomain> domains() {
     };
 }
 
+// n random points (longitude, latitude) over the domain.
+std::vector<double> points_over(const OnDomain &d, std::mt19937_64 &gen, int n) {
+    std::uniform_real_distribution<double> lon(d.lon0 - d.half_width, d.lon0 + d.half_width), lat(d.lat_min, d.lat_max);
+    std::vector<double> p;
+    for (int i = 0; i < n; ++i) p.insert(p.end(), {lon(gen), lat(gen)});
+    return p;
+}
+
 // Forward then inverse returns each point within 1e-11 degrees of arc (the
 // two-point equidistant: see below), on the ellipsoid and on the sphere,
 // for random points over the domain.
@@ -142,10 +150,7 @@ TEST(NationalProjections, RoundTripsOverTheDomain) {
     for (const OnDomain &d : domains()) {
         for (const double rf : {kRf, 0.0}) {
             const Owned pcs = make_projcs(d.projection, d.params, kA, rf);
-            std::uniform_real_distribution<double> lon(d.lon0 - d.half_width, d.lon0 + d.half_width),
-                lat(d.lat_min, d.lat_max);
-            std::vector<double> input;
-            for (int i = 0; i < 2000; ++i) input.insert(input.end(), {lon(gen), lat(gen)});
+            const std::vector<double> input = points_over(d, gen, 2000);
             std::vector<double> p = input;
             const int32_t n = static_cast<int32_t>(input.size() / 2);
             ASSERT_EQ(forward(pcs.get(), p), n) << d.projection;
@@ -182,10 +187,7 @@ TEST(NationalProjections, InverseLoopLevelsAgree) {
         if (std::find(checked.begin(), checked.end(), d.projection) == checked.end()) continue;
         for (const double rf : {kRf, 0.0}) {
             const Owned pcs = make_projcs(d.projection, d.params, kA, rf);
-            std::uniform_real_distribution<double> lon(d.lon0 - d.half_width, d.lon0 + d.half_width),
-                lat(d.lat_min, d.lat_max);
-            std::vector<double> plane;
-            for (int i = 0; i < 3000; ++i) plane.insert(plane.end(), {lon(gen), lat(gen)});
+            std::vector<double> plane = points_over(d, gen, 3000);
             {
                 const AtLevel exact(ox::kExactLevel);
                 forward(pcs.get(), plane);
