@@ -93,7 +93,7 @@ OX_ALWAYS_INLINE double newton_step(const Frame &f, const Constants &c, double x
     lo = below ? phi : lo;
     hi = below ? hi : phi;
     const double step = phi - g / slope;
-    const double next = (step >= lo) & (step <= hi) ? step : 0.5 * (lo + hi);
+    const double next = ((step >= lo) & (step <= hi)) ? step : 0.5 * (lo + hi);
     const double change = std::fabs(next - phi);
     phi = next;
     return change;
@@ -139,7 +139,7 @@ OX_ALWAYS_INLINE bool inverse_point(const Frame &f, const Constants &c, double x
     const double nu = f.a / M::sqrt(1.0 - c.e2 * s * s);
     const double D = yi - c.arc.arc(root, s, co);
     const double u = xi * s, v = nu * co - D * s;
-    const double L = iterate & (s > 0.0) ? M::atan2(u, v) / s : x / f.a;
+    const double L = (iterate & (s > 0.0)) ? M::atan2(u, v) / s : x / f.a;
     const double phi = iterate ? root : (ay == 0.0 ? 0.0 : failure_nan());  // (NaN or infinite input)
     const double l = f.p.central_meridian + L;
     lon = longitude_or_nan<M>(l, std::fabs(L) <= kPi * (1.0 + 1e-14));
