@@ -78,8 +78,10 @@ OX_ALWAYS_INLINE bool albers_forward(const Frame &f, const AlbersConstants &c, d
     return cone_forward<M>(c.n, f.a * s, offset, L, x, y);
 }
 
-// The inverse to sin beta = q / qp (NaN outside the image) and the
-// longitude.
+// The inverse to sin beta = q / qp and the longitude.  sin beta is within
+// [-1, 1] (rounding beyond it by 1e-14 is clamped) or NaN outside the
+// image, so the arcsine needs no range predicate: a predicate that read the
+// NaN would keep the point loop from vectorising (see cone_longitude).
 template <class M>
 OX_ALWAYS_INLINE bool albers_inverse(const Frame &f, const AlbersConstants &c, double x, double y, double &lon,
                                      double &sin_beta) {
@@ -92,10 +94,7 @@ OX_ALWAYS_INLINE bool albers_inverse(const Frame &f, const AlbersConstants &c, d
     bool ok;
     const double u = c.n * x, v = f.a * c.s0 - c.n * y;
     const double theta = cone_angle<M>(c.n, f.a * c.s0, x, y, ok);
-    const double L = cone_longitude<M>(c.n, theta, u, v, x, f.a * s);
-    const double l = f.p.central_meridian + L;
-    lon = M::reduce(l);
-    return ok & (M::reduce_ok(l) | (L != L));
+    return ok & cone_longitude<M>(f.p.central_meridian, c.n, theta, u, v, x, f.a * s, lon);
 }
 
 struct Sphere {
@@ -117,7 +116,7 @@ struct Sphere {
         double sin_phi;
         const bool ok = albers_inverse<M>(f, c, x, y, lon, sin_phi);
         lat = M::asin(sin_phi);
-        return ok & M::asin_ok(sin_phi);
+        return ok;
     }
 };
 
@@ -154,7 +153,7 @@ struct Ellipsoid {
         const bool ok = albers_inverse<M>(f, c, x, y, lon, sb);
         const double cb = M::sqrt((1.0 - sb) * (1.0 + sb));
         lat = aux_series(c.beta_inverse, M::asin(sb), sb, cb);
-        return ok & M::asin_ok(sb);
+        return ok;
     }
 };
 

@@ -90,9 +90,14 @@ OX_ALWAYS_INLINE bool inverse_point(const Frame &f, const Constants &c, double x
     const double L = pole ? 0.0 : u / am;
     const double l = f.p.central_meridian + L;
     const bool inside = std::fabs(L) <= kPi * (1.0 + 1e-14);
-    lon = inside ? M::reduce(l) : failure_nan();
+    lon = longitude_or_nan<M>(l, inside);
     lat = phi;
-    return ok_lat & M::atan2_ok(p, q) & (M::sincos_ok(phi) | (phi != phi)) & (M::reduce_ok(l) | !inside);
+    // phi is NaN or within a right angle, in the sine's range.  The
+    // reduction's predicate is taken on l before the NaN of a point outside
+    // the image (a predicate that read that NaN would keep the point loop
+    // from vectorising; such a point out of range goes to the exact
+    // formula, which gives the same NaN).
+    return ok_lat & M::atan2_ok(p, q) & M::reduce_ok(l);
 }
 
 // One formula serves both forms (on a sphere e2 = 0).

@@ -139,7 +139,7 @@ struct Ellipsoid {
         const double D = X / nu, D2 = D * D;
         phi = phi1 - nu_over_rho * t * D2 * (0.5 - (1.0 + 3.0 * t2) * D2 / 24.0);
         L = D * (1.0 - t2 * D2 / 3.0 + (1.0 + 3.0 * t2) * t2 * D2 * D2 / 15.0) / co;
-        return ok & (M::sincos_ok(phi1) | (phi1 != phi1));
+        return ok;  // (phi1 is NaN or within a right angle, in the sine's range)
     }
 
     template <class M>
@@ -162,6 +162,8 @@ struct Ellipsoid {
         bool ok = series_inverse<M>(f, c, X, Y, phi0, L0);
         phi = phi0;
         L = L0;
+        // (unrolled: a loop inside the point loop keeps that from vectorising)
+#pragma GCC unroll 3
         for (int step = 0; step < kCorrections; ++step) {
             double Xp, Yp, phi_p, L_p;
             ok = ok & series_forward<M>(f, c, phi, L, Xp, Yp);

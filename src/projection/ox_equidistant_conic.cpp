@@ -87,10 +87,9 @@ OX_ALWAYS_INLINE bool inverse_point(const Frame &f, const Constants &c, double x
     bool ok_lat, ok_theta;
     lat = c.arc.template latitude<M>(m, ok_lat);
     const double theta = cone_angle<M>(c.n, c.n_rho0, x, y, ok_theta);
-    const double L = cone_longitude<M>(c.n, theta, c.n * x, c.n_rho0 - c.n * y, x, c.arc1 - c.n * m);
-    const double l = f.p.central_meridian + L;
-    lon = M::reduce(l);
-    return ok_lat & ok_theta & (M::reduce_ok(l) | (L != L));
+    const bool ok_lon =
+        cone_longitude<M>(f.p.central_meridian, c.n, theta, c.n * x, c.n_rho0 - c.n * y, x, c.arc1 - c.n * m, lon);
+    return ok_lat & ok_theta & ok_lon;
 }
 
 // The whole globe (both poles are arcs, or the apex).

@@ -130,11 +130,10 @@ OX_ALWAYS_INLINE bool lcc_inverse(const Frame &f, const LccConstants &c, double 
     bool ok_chi, ok_theta;
     const double chi = gudermannian<M>(psi, sin_chi, cos_chi, ok_chi);
     const double theta = cone_angle<M>(c.n, c.n_rho0, x, y, ok_theta);
-    const double L = cone_longitude<M>(c.n, theta, c.n * x, c.n_rho0 - c.n * y, x, std::fabs(c.n) * rho);
-    const double l = f.p.central_meridian + L;
-    lon = M::reduce(l);
+    const bool ok_lon = cone_longitude<M>(f.p.central_meridian, c.n, theta, c.n * x, c.n_rho0 - c.n * y, x,
+                                          std::fabs(c.n) * rho, lon);
     lat = rho <= kLargestFinite ? chi : failure_nan();  // (an infinite x or y has no point)
-    return M::log_ok(ratio) & ok_chi & ok_theta & (M::reduce_ok(l) | (L != L));
+    return M::log_ok(ratio) & ok_chi & ok_theta & ok_lon;
 }
 
 struct Sphere {

@@ -254,18 +254,38 @@ OX_ALWAYS_INLINE double cone_angle(double n, double n_rho0, double x, double y, 
     return M::atan2(u, v);
 }
 
-// The longitude difference of a point at angle theta = atan2(u, v) about
-// the apex (u = n x, v = n rho0 - n y) on the parallel of arc factor n rho:
-// theta / n, or, where the cone is nearly a cylinder (|theta| < 1),
-// x (theta / sin theta) / (n rho) with sin theta = u / hypot(u, v), which
-// stays exact as n tends to 0 (0 at the apex, n rho = 0).  NaN when
-// |theta / n| exceeds pi (the gap of the cone).
+// The longitude M::reduce(l), or NaN for a point outside the image (`inside`
+// false).  The NaN is subtracted rather than selected: a selected NaN is a
+// constant that the compiler threads into the tests of the longitude that
+// follow (the range predicates, the driver's centred longitudes), which then
+// fold to constants on its branch, and the select of a comparison mask and
+// a constant that if-conversion makes of them keeps the point loop from
+// vectorising.  (l - 0 is l, signed zeros included.)
 template <class M>
-OX_ALWAYS_INLINE double cone_longitude(double n, double theta, double u, double v, double x, double n_rho) {
+OX_ALWAYS_INLINE double longitude_or_nan(double l, bool inside) {
+    return M::reduce(l) - (inside ? 0.0 : failure_nan());
+}
+
+// The longitude of a point at angle theta = atan2(u, v) about the apex
+// (u = n x, v = n rho0 - n y) on the parallel of arc factor n rho, for the
+// central meridian `central`: the difference L is theta / n, or, where the
+// cone is nearly a cylinder (|theta| < 1), x (theta / sin theta) / (n rho)
+// with sin theta = u / hypot(u, v), which stays exact as n tends to 0 (0 at
+// the apex, n rho = 0); lon = central + L reduced to [-pi, pi], NaN when |L|
+// exceeds pi (the gap of the cone).  Returns M's range predicate of the
+// reduction, taken on central + L without regard to the gap (a point of
+// the gap outside the range goes to the exact formula, which gives the same
+// NaN): a predicate that read the gap's NaN would keep the point loop from
+// vectorising, as above.
+template <class M>
+OX_ALWAYS_INLINE bool cone_longitude(double central, double n, double theta, double u, double v, double x,
+                                     double n_rho, double &lon) {
     const double ratio = theta == 0.0 ? 1.0 : theta * M::sqrt(u * u + v * v) / u;
     const double small = n_rho == 0.0 ? 0.0 : x * ratio / n_rho;
     const double L = std::fabs(theta) < 1.0 ? small : theta / n;
-    return std::fabs(L) <= kPi * (1.0 + 1e-14) ? L : failure_nan();
+    const double l = central + L;
+    lon = longitude_or_nan<M>(l, std::fabs(L) <= kPi * (1.0 + 1e-14));
+    return M::reduce_ok(l);
 }
 
 // ---------------------------------------------------------------------------
