@@ -2,8 +2,8 @@
 // tests/data, building projected systems, and running the point loops at
 // every instruction-set level.
 //
-// The reference rows come from open-source peers (PROJ 9.1.1 through pyproj,
-// GeographicLib 2.1.2); columns case,projection,a,rf,params,lon,lat,x,y with
+// The reference rows come from open-source peers (the shared reference
+// vectors); columns case,projection,a,rf,params,lon,lat,x,y with
 // angles in degrees, lengths in metres, x and y including false easting and
 // northing.
 #pragma once
