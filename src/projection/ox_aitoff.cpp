@@ -56,7 +56,7 @@ struct Aitoff : OnSphereOfRadiusA {
         bool ok;
         lon = longitude_of<M>(f, std::copysign(2.0 * half, u), ok);
         lat = inside ? phi : kNaN;
-        return ok & (M::sincos_ok(d) | std::isnan(d));
+        return ok;  // 0 <= d <= pi/2 or NaN: within the range of sincos
     }
 };
 

@@ -220,7 +220,7 @@ struct UnitVI {
         const bool converged = solve_half_angle<M, kEckertSteps>(target, kHalfPi, v, sh, ch, h);
         x = kEckertV * lambda * (1.0 + 2.0 * sh * ch);
         y = std::copysign(2.0 * kEckertV * (kHalfPi - v), phi);
-        return (converged | (target == 0.0)) & M::sincos_ok(phi);
+        return converged & M::sincos_ok(phi);
     }
     template <class M>
     static OX_ALWAYS_INLINE bool inverse(double x, double y, double &lambda, double &phi, double &extra) {
@@ -232,7 +232,7 @@ struct UnitVI {
         M::sincos(0.5 * v, sh, ch);
         phi = std::fabs(theta) <= kLatitudeEdge ? latitude_of_gap<M>((v + 2.0 * sh * sh) / kEckertVIk, y) : kNaN;
         lambda = x / (kEckertV * (1.0 + 2.0 * sh * ch));
-        return M::sincos_ok(0.5 * v) | std::isnan(v);
+        return true;  // v/2 is in [0, pi/4] or NaN: within the range of sincos
     }
 };
 

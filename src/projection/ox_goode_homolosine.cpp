@@ -77,11 +77,13 @@ OX_ALWAYS_INLINE void lobe_of(const Lobe (&lobes)[kMaxLobes], double lambda, dou
     east = kPi;
 #pragma GCC unroll 16
     for (int k = 1; k < kMaxLobes; ++k) {
-        const double edge = lobes[k].west * kDegree;
+        // (both read whatever the point: a read under the select would be a
+        // masked load, which keeps the point loop scalar)
+        const double edge = lobes[k].west * kDegree, lobe_centre = lobes[k].centre * kDegree;
         const bool beyond = lambda >= edge;
         east = (!beyond & (edge < east)) ? edge : east;
         west = beyond ? edge : west;
-        centre = beyond ? lobes[k].centre * kDegree : centre;
+        centre = beyond ? lobe_centre : centre;
     }
 }
 
@@ -150,7 +152,7 @@ struct GoodeHomolosine {
         const double st = st0 > 1.0 ? 1.0 : st0;
         double cos_theta;
         const double phi_m = mollweide_latitude<M>(std::copysign(st, yu), cos_theta);
-        const bool inside = sinusoidal ? true : (st0 <= 1.0 + kEdgeSlack) & (std::fabs(phi_m) >= kJoinLatitude);
+        const bool inside = sinusoidal | ((st0 <= 1.0 + kEdgeSlack) & (std::fabs(phi_m) >= kJoinLatitude));
         const double phi = sinusoidal ? yu : phi_m;
         double s, co;
         M::sincos(phi, s, co);
@@ -161,9 +163,10 @@ struct GoodeHomolosine {
         const bool in_lobe = (lambda >= west - slack) & (lambda <= east + slack);
         const double kept = lambda < west ? west : (lambda > east ? east : lambda);
         bool ok;
-        lon = longitude_of<M>(f, (in_lobe & inside) ? kept : kNaN, ok);
+        const double l = longitude_of<M>(f, kept, ok);
+        lon = (in_lobe & inside) ? l : kNaN;
         lat = (in_lobe & inside) ? phi : kNaN;
-        return ok & (M::sincos_ok(phi) | std::isnan(phi));
+        return ok;  // |phi| <= pi/2 or NaN: within the range of sincos
     }
 };
 

@@ -115,7 +115,9 @@ inline constexpr double kPoleRounding = 1.5e-8;  // sqrt(2.2e-16)
 OX_ALWAYS_INLINE double ratio(double x, double w, double scale, double slack = kEdgeSlack) {
     const double q = x / w;
     const bool at_pole = std::fabs(x) <= slack * scale;
-    return (at_pole & !(std::fabs(q) <= kPi)) ? 0.0 : q;
+    // (0 x, not the constant 0, which the compiler would carry into the
+    // rest of the formula as a path of its own: a branch in the point loop)
+    return (at_pole & !(std::fabs(q) <= kPi)) ? 0.0 * x : q;
 }
 
 // The relative error that the rounding of y carries into a width computed
@@ -247,7 +249,11 @@ OX_ALWAYS_INLINE bool mollweide_angle(double g, double &cos_theta, double &sin_a
             dh = 2.0 * sh * sh;
             return x_minus_sin(v, 2.0 * sh * ch);
         });
-    return converged & M::log_ok(6.0 * target) & M::exp_ok(l);
+    // (6 target lies in [6 pi 1e-300, 6 pi] and l in [-230, 1]: within the
+    // ranges of log and exp.  A NaN gap leaves the last step NaN, which
+    // `converged` reports; a flag of the kernels' ranges besides would only
+    // keep the point loop from vectorising.)
+    return converged;
 }
 
 // The latitude and cos theta of a point whose sin theta is given (|sin
