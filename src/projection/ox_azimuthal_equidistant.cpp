@@ -82,11 +82,8 @@ struct Sphere {
         double sin_c, cos_c;
         M::sincos(angle, sin_c, cos_c);
         const double g = angle < kPi ? sine_ratio(sin_c, angle) : failure_nan();
-        double L, s, co;
-        const bool ok = frame_position<M>(c.sin0, c.cos0, xs * g, ys * g, cos_c, L, lat, s, co);
-        const double l = f.p.central_meridian + L;
-        lon = M::reduce(l);
-        return ok & M::sincos_ok(angle) & M::reduce_ok(l);
+        const bool ok = point_position<M>(c.sin0, c.cos0, f.p.central_meridian, xs * g, ys * g, cos_c, lon, lat);
+        return ok & M::sincos_ok(angle);
     }
 };
 

@@ -70,12 +70,9 @@ struct Sphere {
     template <class M>
     static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
                                          double &lat) {
-        double east, north, up, L, s, co;
+        double east, north, up;
         equal_area_components<M>(x / f.a, y / f.a, east, north, up);
-        const bool ok = frame_position<M>(c.sin0, c.cos0, east, north, up, L, lat, s, co);
-        const double l = f.p.central_meridian + L;
-        lon = M::reduce(l);
-        return ok & M::reduce_ok(l);
+        return point_position<M>(c.sin0, c.cos0, f.p.central_meridian, east, north, up, lon, lat);
     }
 };
 

@@ -339,6 +339,20 @@ OX_ALWAYS_INLINE bool frame_position(double sin0, double cos0, double east, doub
     return M::atan2_ok(z, r) & M::atan2_ok(east, xx);
 }
 
+// The inverse of point_components: the longitude (reduced) and latitude of
+// the point with the frame components (east, north, up) about a centre of
+// latitude sin0, cos0 on the meridian `central`.  Returns M's range
+// predicates.
+template <class M>
+OX_ALWAYS_INLINE bool point_position(double sin0, double cos0, double central, double east, double north, double up,
+                                     double &lon, double &lat) {
+    double L, s, co;
+    const bool ok = frame_position<M>(sin0, cos0, east, north, up, L, lat, s, co);
+    const double l = central + L;
+    lon = M::reduce(l);
+    return ok & M::reduce_ok(l);
+}
+
 // ---------------------------------------------------------------------------
 // The stereographic projection of a conformal sphere.
 // ---------------------------------------------------------------------------
@@ -408,12 +422,9 @@ struct StereographicSphere {
     template <class M>
     static OX_ALWAYS_INLINE bool inverse(const Frame &f, const Constants &c, double x, double y, double &lon,
                                          double &lat) {
-        double east, north, up, L, s, co;
+        double east, north, up;
         stereographic_components(c.k, x, y, east, north, up);
-        const bool ok = frame_position<M>(c.sin0, c.cos0, east, north, up, L, lat, s, co);
-        const double l = f.p.central_meridian + L;
-        lon = M::reduce(l);
-        return ok & M::reduce_ok(l);
+        return point_position<M>(c.sin0, c.cos0, f.p.central_meridian, east, north, up, lon, lat);
     }
 };
 

@@ -24,14 +24,11 @@ OX_ALWAYS_INLINE bool components(const Frame &f, double sin0, double cos0, doubl
     return point_components<M>(sin0, cos0, f.p.longitude_of_center, lon, lat, s, co, east, north, up);
 }
 
+// The point of the frame components about the centre.
 template <class M>
 OX_ALWAYS_INLINE bool finish_inverse(const Frame &f, double sin0, double cos0, double east, double north, double up,
                                      double &lon, double &lat) {
-    double L, s, co;
-    const bool ok = frame_position<M>(sin0, cos0, east, north, up, L, lat, s, co);
-    const double l = f.p.longitude_of_center + L;
-    lon = M::reduce(l);
-    return ok & M::reduce_ok(l);
+    return point_position<M>(sin0, cos0, f.p.longitude_of_center, east, north, up, lon, lat);
 }
 
 struct Sphere {

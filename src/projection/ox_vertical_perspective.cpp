@@ -78,11 +78,7 @@ struct VerticalPerspective {
         const double g = (c.p - S) * c.a_h / (c.a_h * c.a_h + rho2);
         const double sin_c = M::sqrt(rho2) * g;
         const double up = M::sqrt((1.0 - sin_c) * (1.0 + sin_c));
-        double L, s, co;
-        const bool ok = frame_position<M>(c.sin0, c.cos0, x * g, y * g, up, L, lat, s, co);
-        const double l = f.p.longitude_of_center + L;
-        lon = M::reduce(l);
-        return ok & M::reduce_ok(l);
+        return point_position<M>(c.sin0, c.cos0, f.p.longitude_of_center, x * g, y * g, up, lon, lat);
     }
 };
 
