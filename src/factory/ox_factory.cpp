@@ -10,7 +10,6 @@ namespace {
 // all the same so that no file can make a look-up recurse without end.
 constexpr int kMaxEditDepth = 8;
 thread_local int t_edit_depth = 0;
-thread_local int t_catalogue_only = 0;  // live CatalogueOnly guards
 
 struct DepthGuard {
     DepthGuard() { ++t_edit_depth; }
@@ -19,12 +18,9 @@ struct DepthGuard {
 
 }  // namespace
 
-CatalogueOnly::CatalogueOnly() { ++t_catalogue_only; }
-CatalogueOnly::~CatalogueOnly() { --t_catalogue_only; }
-
 ox_object *factory_build(const KindBuilder &kind, int32_t code) {
     // 1. Object-edit line.
-    if (kind.edit_bit != 0 && t_edit_depth < kMaxEditDepth && t_catalogue_only == 0) {
+    if (kind.edit_bit != 0 && t_edit_depth < kMaxEditDepth) {
         DepthGuard guard;
         EditLine line;
         const EditFind found = objedit_find(kind.edit_bit, code, &line);
@@ -80,24 +76,21 @@ bool factory_params(const cat::ParamValue *values, int count, ox_object *params[
 }
 
 const KindInfo *kind_info(uint32_t tag) {
-    constexpr uint32_t kGeogcsBits = kEditGeogcs | kEditDatum | kEditSpheroid | kEditPrimem | kEditUnit;
     // In the order in which the reverse look-up tests an object's kind.
     static const KindInfo kinds[kReverseKinds] = {
-        {0, OX_TAG_PROJCS, ox_factory_coderanges_projcs, ox_factory_projcs, kEditProjcs | kGeogcsBits, kEditProjcs},
-        {1, OX_TAG_GEOGCS, ox_factory_coderanges_geogcs, ox_factory_geogcs, kGeogcsBits, kEditGeogcs},
-        {2, OX_TAG_VERTCS, ox_factory_coderanges_vertcs, ox_factory_vertcs,
-         kEditVertcs | kEditVdatum | kEditDatum | kEditSpheroid | kEditUnit, kEditVertcs},
-        {3, OX_TAG_GEOGTRAN, ox_factory_coderanges_geogtran, ox_factory_geogtran, kEditGeogtran | kGeogcsBits,
-         kEditGeogtran},
-        {4, OX_TAG_DATUM, ox_factory_coderanges_datum, ox_factory_datum, kEditDatum | kEditSpheroid, kEditDatum},
-        {5, OX_TAG_VDATUM, ox_factory_coderanges_vdatum, ox_factory_vdatum, kEditVdatum, kEditVdatum},
-        {6, OX_TAG_SPHEROID, ox_factory_coderanges_spheroid, ox_factory_spheroid, kEditSpheroid, kEditSpheroid},
-        {7, OX_TAG_PRIMEM, ox_factory_coderanges_primem, ox_factory_primem, kEditPrimem, kEditPrimem},
-        {8, OX_TAG_PROJECTION, ox_factory_coderanges_projection, ox_factory_projection, 0, 0},
-        {9, OX_TAG_PARAMETER, ox_factory_coderanges_parameter, ox_factory_parameter, 0, 0},
-        {10, OX_TAG_METHOD, ox_factory_coderanges_method, ox_factory_method, 0, 0},
-        {11, OX_TAG_HTMETHOD, ox_factory_coderanges_htmethod, ox_factory_htmethod, 0, 0},
-        {12, OX_TAG_UNIT, ox_factory_coderanges_unit, ox_factory_unit, kEditUnit, kEditUnit},
+        {0, OX_TAG_PROJCS, ox_factory_coderanges_projcs, ox_factory_projcs, kEditProjcs},
+        {1, OX_TAG_GEOGCS, ox_factory_coderanges_geogcs, ox_factory_geogcs, kEditGeogcs},
+        {2, OX_TAG_VERTCS, ox_factory_coderanges_vertcs, ox_factory_vertcs, kEditVertcs},
+        {3, OX_TAG_GEOGTRAN, ox_factory_coderanges_geogtran, ox_factory_geogtran, kEditGeogtran},
+        {4, OX_TAG_DATUM, ox_factory_coderanges_datum, ox_factory_datum, kEditDatum},
+        {5, OX_TAG_VDATUM, ox_factory_coderanges_vdatum, ox_factory_vdatum, kEditVdatum},
+        {6, OX_TAG_SPHEROID, ox_factory_coderanges_spheroid, ox_factory_spheroid, kEditSpheroid},
+        {7, OX_TAG_PRIMEM, ox_factory_coderanges_primem, ox_factory_primem, kEditPrimem},
+        {8, OX_TAG_PROJECTION, ox_factory_coderanges_projection, ox_factory_projection, 0},
+        {9, OX_TAG_PARAMETER, ox_factory_coderanges_parameter, ox_factory_parameter, 0},
+        {10, OX_TAG_METHOD, ox_factory_coderanges_method, ox_factory_method, 0},
+        {11, OX_TAG_HTMETHOD, ox_factory_coderanges_htmethod, ox_factory_htmethod, 0},
+        {12, OX_TAG_UNIT, ox_factory_coderanges_unit, ox_factory_unit, kEditUnit},
     };
     for (const KindInfo &k : kinds)
         if (k.tag == tag) return &k;

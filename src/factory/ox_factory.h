@@ -37,9 +37,6 @@ enum EditBit : uint32_t {
     kEditGeogcs = 1, kEditProjcs = 2, kEditVertcs = 8, kEditDatum = 32, kEditVdatum = 64,
     kEditGeogtran = 128, kEditUnit = 256 | 512, kEditPrimem = 1024, kEditSpheroid = 2048,
 };
-// The object-edit directory when one of `bits` names a file that exists in
-// it, else null.  The first query initialises the home from "OXOBJEDITHOME".
-const char *objedithome_query(uint32_t bits);
 
 // One definition line of an object-edit file, split into fields.  `field[0]`
 // is the code field (the one after the kind's keyword), `field[1]` the name,
@@ -150,16 +147,15 @@ T *built_once(std::atomic<T *> &slot, Build build, Release release) {
 }
 
 // What the reverse look-up needs of each of its thirteen kinds: the builder
-// and the code-range set it searches, and the object-edit files that can
-// change what the builder makes.
+// and the code-range set it searches, and the object-edit file that defines
+// the kind's objects (the only one that can change their names).
 inline constexpr int kReverseKinds = 13;
 struct KindInfo {
     int index;  // 0 .. kReverseKinds - 1
     uint32_t tag;
     const ox_coderange_set *(*ranges)();
     ox_object *(*build)(int32_t code);
-    uint32_t edit_bits;  // every object-edit file that can change what the kind builds
-    uint32_t own_bit;    // the one among them that defines the kind's objects (and names), or 0
+    uint32_t edit_bit;  // the kind's own object-edit file, or 0
 };
 const KindInfo *kind_info(uint32_t tag);
 

@@ -131,7 +131,7 @@ bool search_index(Search &s, const Index &index) {
     const IndexEntry *last = first;
     while (last < index.entries + index.count && last->key == key) ++last;
     Sequence edited = sequence_new(sizeof(int32_t), 16);
-    if (s.kind.own_bit != 0 && objedit_named(s.kind.own_bit, key, edited) == EditFind::kFailed) {
+    if (s.kind.edit_bit != 0 && objedit_named(s.kind.edit_bit, key, edited) == EditFind::kFailed) {
         sequence_delete(edited);
         return false;
     }

@@ -94,6 +94,8 @@ Home g_home;
 // at since the first of them was made (bit per slot).
 thread_local int t_snapshots = 0;
 thread_local uint32_t t_looked_at = 0;
+// The live CatalogueOnly guards of this thread (while any: no file).
+thread_local int t_catalogue_only = 0;
 
 // Splits a line in place at every comma and double quote; fields of white
 // space only are dropped, the others lose their leading white space.
@@ -310,9 +312,10 @@ uint32_t present_files() {
     return h.present.load(std::memory_order_acquire);
 }
 
-// The slot of the file of `bit` when that file was present, else -1.
+// The slot of the file of `bit` when that file was present (and this
+// thread does not ignore the files), else -1.
 int present_slot(uint32_t bit) {
-    if ((present_files() & bit) == 0) return -1;
+    if (t_catalogue_only > 0 || (present_files() & bit) == 0) return -1;
     for (int i = 0; i < kFileCount; ++i)
         if (kFiles[i].bits == bit) return i;
     return -1;
@@ -333,13 +336,12 @@ EditFind with_index(uint32_t bit, Use use) {
 
 }  // namespace
 
+CatalogueOnly::CatalogueOnly() { ++t_catalogue_only; }
+CatalogueOnly::~CatalogueOnly() { --t_catalogue_only; }
+
 EditSnapshot::EditSnapshot() { ++t_snapshots; }
 EditSnapshot::~EditSnapshot() {
     if (--t_snapshots == 0) t_looked_at = 0;
-}
-
-const char *objedithome_query(uint32_t bits) {
-    return (present_files() & bits) != 0 ? g_home.directory : nullptr;
 }
 
 EditFind objedit_find(uint32_t bit, int32_t code, EditLine *line) {
